@@ -1,0 +1,118 @@
+#include "ui/controls.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "ui/theme.h"
+
+namespace orvanta {
+
+namespace {
+constexpr int captionHeight = 17;
+constexpr int sideMargin = 8;
+constexpr qreal cornerRadius = 5;
+}  // namespace
+
+Frame::Frame(const QString& designName, const QString& caption, QWidget* parent)
+    : QGroupBox(caption, parent) {
+  setObjectName(designName);
+  setAccessibleName(caption);
+}
+
+QRect Frame::contentArea() const {
+  return title().isEmpty() ? rect().adjusted(sideMargin, 2, -sideMargin, -2)
+                           : rect().adjusted(sideMargin, captionHeight, -sideMargin, -4);
+}
+
+void Frame::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QPalette& colors = palette();
+  painter.setPen(theme::frameLine(colors));
+  painter.setBrush(theme::frameGround(colors));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+
+  QFont small = font();
+  small.setPixelSize(theme::captionPixels);
+  small.setBold(false);
+  painter.setFont(small);
+  painter.setPen(isEnabled() ? theme::captionText(colors)
+                             : colors.color(QPalette::Disabled, QPalette::WindowText));
+  const QRect line(sideMargin, 2, width() - 2 * sideMargin, captionHeight - 2);
+  painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
+                   painter.fontMetrics().elidedText(title(), Qt::ElideRight, line.width()));
+}
+
+Label::Label(const QString& designName, QWidget* parent) : QLabel(parent) {
+  setObjectName(designName);
+  setTextFormat(Qt::PlainText);
+  setTextInteractionFlags(Qt::NoTextInteraction);
+}
+
+void Label::setBackColor(FormColor color) {
+  m_backColor = color;
+  update();
+}
+
+void Label::setForeColor(FormColor color) {
+  m_foreColor = color;
+  update();
+}
+
+QSize Label::minimumSizeHint() const {
+  return {20, fontMetrics().height()};
+}
+
+void Label::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+  QColor ink = palette().color(group, QPalette::WindowText);
+  QRect line = rect();
+  if (m_backColor >= 0) {
+    const QColor ground = resolved(m_backColor, palette(), QPalette::Window);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(rect(), 3, 3);
+    ink = readableOn(ground);
+    line.adjust(4, 0, -4, 0);
+  }
+  if (m_foreColor >= 0) ink = resolved(m_foreColor, palette(), QPalette::WindowText);
+  painter.setPen(ink);
+  painter.setFont(font());
+  QString shown = text();
+  shown.replace(u'\n', u' ').replace(u'\r', u' ');
+  painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
+                   painter.fontMetrics().elidedText(shown, Qt::ElideMiddle, line.width()));
+}
+
+Button::Button(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent,
+               const QString& accessibleName)
+    : QPushButton(caption, parent) {
+  setObjectName(designName);
+  setToolTip(toolTip);
+  setAccessibleName(accessibleName.isEmpty() ? caption : accessibleName);
+  setAutoDefault(false);
+}
+
+void Button::setBackColor(FormColor color) {
+  m_backColor = color;
+  if (color < 0) {
+    setPalette(QPalette());
+    return;
+  }
+  QPalette colored = palette();
+  const QColor ground = resolved(color, colored, QPalette::Button);
+  colored.setColor(QPalette::Button, ground);
+  colored.setColor(QPalette::ButtonText, readableOn(ground));
+  setPalette(colored);
+}
+
+CheckBox::CheckBox(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent)
+    : QCheckBox(caption, parent) {
+  setObjectName(designName);
+  setToolTip(toolTip);
+  setAccessibleName(caption);
+}
+
+}  // namespace orvanta

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "ui/color.h"
+
+namespace orvanta {
+
+/// A captioned surround for one field or a row of controls: a fine rounded line, the caption small above the
+/// content.
+class Frame : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  Frame(const QString& designName, const QString& caption, QWidget* parent);
+
+  QString Caption() const { return title(); }
+
+  /// The room below the caption, in pixels.
+  QRect contentArea() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+/// One line of text that is shortened in the middle where it does not fit, with a ground and a text colour of
+/// its own.
+class Label : public QLabel {
+  Q_OBJECT
+
+ public:
+  Label(const QString& designName, QWidget* parent);
+
+  QString Caption() const { return text(); }
+  void setCaption(const QString& caption) { setText(caption); }
+
+  FormColor BackColor() const { return m_backColor; }
+  FormColor ForeColor() const { return m_foreColor; }
+  void setBackColor(FormColor color);
+  void setForeColor(FormColor color);
+
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  FormColor m_backColor = systemButtonFace;
+  FormColor m_foreColor = systemButtonText;
+};
+
+/// A push button that can bear a colour.
+class Button : public QPushButton {
+  Q_OBJECT
+
+ public:
+  /// `accessibleName` is for buttons whose caption alone says too little; else the caption is spoken.
+  Button(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent,
+         const QString& accessibleName = {});
+
+  FormColor BackColor() const { return m_backColor; }
+  void setBackColor(FormColor color);
+
+ private:
+  FormColor m_backColor = systemButtonFace;
+};
+
+/// A check box with the values 0 and 1.
+class CheckBox : public QCheckBox {
+  Q_OBJECT
+
+ public:
+  CheckBox(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent);
+
+  int Value() const { return isChecked() ? 1 : 0; }
+  void setValue(int value) { setChecked(value == 1); }
+};
+
+}  // namespace orvanta

@@ -1,0 +1,91 @@
+#include "ui/qt_desktop.h"
+
+#include <QApplication>
+#include <QCoroSignal>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace orvanta {
+
+namespace {
+
+QMessageBox::Icon iconOf(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::None:
+      return QMessageBox::NoIcon;
+    case BoxIcon::Information:
+      return QMessageBox::Information;
+    case BoxIcon::Question:
+      return QMessageBox::Question;
+    case BoxIcon::Warning:
+      return QMessageBox::Warning;
+    case BoxIcon::Critical:
+      return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
+}
+
+/// The window that a box belongs above: without one it could open behind it.
+QWidget* topWindow() {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr ? modal : QApplication::activeWindow();
+}
+
+/// The first selected path of a file dialog, or nothing.
+QCoro::Task<QString> answered(QFileDialog& dialog) {
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.open();
+  co_await qCoro(&dialog, &QDialog::finished);
+  if (dialog.result() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) co_return QString();
+  co_return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+}
+
+}  // namespace
+
+QCoro::Task<BoxAnswer> QtDesktop::showBox(MessageBox box) {
+  QMessageBox dialog(topWindow());
+  dialog.setWindowTitle(box.title);
+  dialog.setTextFormat(Qt::PlainText);
+  dialog.setText(box.text);
+  dialog.setIcon(iconOf(box.icon));
+  const bool yesNo = box.buttons == BoxButtons::YesNo;
+  dialog.setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
+  if (yesNo) dialog.setEscapeButton(QMessageBox::No);
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.open();
+  co_await qCoro(static_cast<QDialog*>(&dialog), &QDialog::finished);
+  if (!yesNo) co_return BoxAnswer::Ok;
+  co_return dialog.result() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+}
+
+QCoro::Task<QString> QtDesktop::askSaveFile(SaveFileQuestion question) {
+  QFileDialog dialog(topWindow(), question.title, QFileInfo(question.suggestedPath).path());
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setNameFilters(question.filters);
+  dialog.selectFile(QFileInfo(question.suggestedPath).fileName());
+  const QString path = co_await answered(dialog);
+  co_return path;
+}
+
+QCoro::Task<QString> QtDesktop::askFolder(QString title) {
+  QFileDialog dialog(topWindow(), title);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  const QString path = co_await answered(dialog);
+  co_return path;
+}
+
+void QtDesktop::Beep() {
+  QApplication::beep();
+}
+
+void QtDesktop::open(const QUrl& address) {
+  QDesktopServices::openUrl(address);
+}
+
+}  // namespace orvanta

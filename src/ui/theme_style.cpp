@@ -1,0 +1,86 @@
+#include "ui/theme_style.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyleFactory>
+#include <QStyleOption>
+
+#include "ui/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+QRectF inner(const QRect& rect) {
+  return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
+}
+
+void drawButton(const QStyleOption& option, QPainter& painter) {
+  const bool enabled = option.state & QStyle::State_Enabled;
+  const bool dark = option.palette.color(QPalette::Window).lightness() < 128;
+  QColor ground = option.palette.color(QPalette::Button);
+  QColor line = theme::frameLine(option.palette);
+  if (!enabled) {
+    ground.setAlphaF(0.5F);
+  } else if (option.state & (QStyle::State_Sunken | QStyle::State_On)) {
+    ground = dark ? ground.lighter(140) : ground.darker(115);
+  } else if (option.state & QStyle::State_MouseOver) {
+    ground = dark ? ground.lighter(120) : ground.darker(105);
+    line = line.darker(dark ? 80 : 120);
+  }
+  if (enabled && (option.state & QStyle::State_HasFocus)) line = option.palette.color(QPalette::Highlight);
+  painter.setPen(QPen(line, 1));
+  painter.setBrush(ground);
+  painter.drawRoundedRect(inner(option.rect), 4, 4);
+}
+
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+  const bool enabled = option.state & QStyle::State_Enabled;
+  const bool checked = option.state & QStyle::State_On;
+  const QColor accent = option.palette.color(QPalette::Highlight);
+  const QColor muted = option.palette.color(QPalette::Disabled, QPalette::WindowText);
+  QRect box(0, 0, 14, 14);
+  box.moveCenter(option.rect.center());
+  QColor line = enabled ? option.palette.color(QPalette::WindowText) : muted;
+  line.setAlphaF(0.6F);
+  painter.setPen(QPen(checked && enabled ? accent : line, 1));
+  painter.setBrush(checked ? (enabled ? accent : muted) : option.palette.color(QPalette::Base));
+  painter.drawRoundedRect(inner(box), 3, 3);
+  if (!checked) return;
+  QPainterPath tick(box.topLeft() + QPointF(3.2, 7.2));
+  tick.lineTo(box.topLeft() + QPointF(6.0, 10.0));
+  tick.lineTo(box.topLeft() + QPointF(10.8, 4.4));
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(Qt::white, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPath(tick);
+}
+
+}  // namespace
+
+ThemeStyle::ThemeStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
+
+void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+  if (element != PE_PanelButtonCommand && element != PE_IndicatorCheckBox) {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    return;
+  }
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  if (element == PE_PanelButtonCommand) {
+    drawButton(*option, *painter);
+  } else {
+    drawCheckBox(*option, *painter);
+  }
+  painter->restore();
+}
+
+int ThemeStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* data) const {
+  if (hint == SH_ToolTip_WakeUpDelay) return 500;
+  return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+}  // namespace orvanta

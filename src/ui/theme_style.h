@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace orvanta {
+
+/// Fusion with flat buttons and check boxes whose outlines show on dark ground as well as on light.
+class ThemeStyle : public QProxyStyle {
+ public:
+  ThemeStyle();
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override;
+};
+
+}  // namespace orvanta

@@ -1,0 +1,43 @@
+#include "ui/toggle_button.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+
+#include "ui/color.h"
+#include "ui/twips.h"
+
+namespace orvanta {
+
+ToggleButton::ToggleButton(const QString& designName, const QString& caption, QColor raisedFace,
+                           QColor pressedFace, QWidget* parent)
+    : QAbstractButton(parent), m_raisedFace(raisedFace), m_pressedFace(pressedFace) {
+  setObjectName(designName);
+  setCheckable(true);
+  setText(caption);
+  setFocusPolicy(Qt::StrongFocus);
+}
+
+QSize ToggleButton::sizeHint() const {
+  return {pixels(975), pixels(390)};
+}
+
+void ToggleButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QColor face = isChecked() ? m_pressedFace : m_raisedFace;
+  if (isDown()) face = face.darker(115);
+  painter.setPen(face.darker(130));
+  painter.setBrush(face);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
+  const QColor ink = readableOn(face);
+  if (hasFocus()) {
+    painter.setPen(QPen(ink, 1, Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(3.5, 3.5, -3.5, -3.5), 2, 2);
+  }
+  painter.setPen(ink);
+  painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+}  // namespace orvanta

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+#include "core/main_window.h"
+#include "recording_desktop.h"
+
+namespace orvanta {
+
+/// A main window with settings of its own, a desktop that answers from a list, and an end that is only noted.
+///
+/// Make it after the application object and before anything reads settings.
+class MainWindowFixture {
+ public:
+  MainWindowFixture() {
+    qputenv("XDG_CONFIG_HOME", m_folder.filePath(QStringLiteral("config")).toUtf8());
+    settings = std::make_unique<SettingsStore>();
+    MainWindowNeeds needs{desktop, *settings, module, [this] { ++ends; }};
+    form = std::make_unique<apkinfo>(needs);
+  }
+
+  QString filePath(const QString& name) const { return m_folder.filePath(name); }
+
+ private:
+  QTemporaryDir m_folder;
+
+ public:
+  RecordingDesktop desktop;
+  Module1 module;
+  int ends = 0;
+  std::unique_ptr<SettingsStore> settings;
+  std::unique_ptr<apkinfo> form;
+};
+
+}  // namespace orvanta
