@@ -1,0 +1,260 @@
+#include "core/main_controls.h"
+
+#include <QKeySequence>
+#include <utility>
+#include <vector>
+
+#include "ui/theme.h"
+#include "ui/twips.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int gap = 6;
+constexpr int fieldHeight = 42;
+constexpr int commandHeight = 30;
+constexpr int stripHeight = 24;
+constexpr int bannerTwipsTop = 840;
+constexpr int bannerTwipsLeft = 7680;
+constexpr int iconTwipsLeft = 6840;
+constexpr int iconTwipsSize = 735;
+constexpr int bannerPixels = 46;
+constexpr int rowTwipsTop = 6840;
+constexpr int panelTwipsLeft = 8640;
+
+struct Field {
+  Frame* MainControls::*frame;
+  Label* MainControls::*label;
+  int number;
+  const char16_t* caption;
+};
+
+const Field fields[] = {
+    {&MainControls::Frame1, &MainControls::Label1, 1, u"应用名称"},
+    {&MainControls::Frame2, &MainControls::Label2, 2, u"应用包名"},
+    {&MainControls::Frame3, &MainControls::Label3, 3, u"版本"},
+    {&MainControls::Frame4, &MainControls::Label4, 4, u"Build APK"},
+    {&MainControls::Frame5, &MainControls::Label5, 5, u"文件名"},
+    {&MainControls::Frame6, &MainControls::Label6, 6, u"设备已经安装的版本"},
+    {&MainControls::Frame7, &MainControls::Label7, 7, u"磁盘空间"},
+    {&MainControls::Frame8, &MainControls::Label8, 8, u"已使用"},
+    {&MainControls::Frame9, &MainControls::Label9, 9, u"可用空间"},
+    {&MainControls::Frame10, &MainControls::Label10, 10, u"已用%"},
+};
+
+struct PanelRow {
+  Frame* MainControls::*frame;
+  int number;
+  const char16_t* caption;
+  int topTwips;
+  std::vector<int> buttons;  // indices from left to right
+};
+
+const std::vector<PanelRow>& panelRows() {
+  static const std::vector<PanelRow> rows{
+      {&MainControls::Frame11, 11, u"Guardian", 120, {0, 1}},
+      {&MainControls::Frame12, 12, u"Set Refresh Rate", 960, {2, 3}},
+      {&MainControls::Frame14, 14, u"Full Rate Capture", 1800, {9, 10}},
+      {&MainControls::Frame15, 15, u"Video Capture Size", 2640, {12, 11, 13}},
+      {&MainControls::Frame13, 13, u"Set Fixed Foveated Rendering level", 3480, {4, 5, 6, 7, 8}},
+      {&MainControls::Frame16, 16, u"Texture Size", 4320, {18, 17, 16, 15, 14, 19, 20, 21}},
+      {&MainControls::Frame17, 17, u"Reboot Quest", 5520, {22}},
+  };
+  return rows;
+}
+
+constexpr const char16_t* panelCaptions[23] = {
+    u"On",   u"Off",   u"72",   u"90",   u"0",    u"1",   u"2",   u"3",    u"4",    u"On",   u"Off",  u"720p",
+    u"480p", u"1080p", u"1536", u"1280", u"1024", u"768", u"512", u"2048", u"2560", u"3072", u"Start"};
+
+/// Lays `controls` side by side from `left` to `right`; what is left over is shared out by their weights.
+void layRow(const std::vector<std::pair<QWidget*, int>>& controls, int left, int right, int top, int height) {
+  int wanted = gap * (static_cast<int>(controls.size()) - 1);
+  int weights = 0;
+  for (const auto& [control, weight] : controls) {
+    wanted += control->sizeHint().width();
+    weights += weight;
+  }
+  int spare = right - left - wanted;
+  int x = left;
+  for (const auto& [control, weight] : controls) {
+    const int share = weights > 0 ? spare * weight / weights : 0;
+    spare -= share;
+    weights -= weight;
+    const int width = control->sizeHint().width() + share;
+    control->setGeometry(x, top, width, height);
+    x += width + gap;
+  }
+}
+
+/// Lays frames side by side in the proportion of their weights.
+void layFrames(const std::vector<std::pair<QWidget*, int>>& frames, int left, int right, int top,
+               int height) {
+  int weights = 0;
+  for (const auto& [frame, weight] : frames) weights += weight;
+  int spare = right - left - gap * (static_cast<int>(frames.size()) - 1);
+  int x = left;
+  for (const auto& [frame, weight] : frames) {
+    const int width = spare * weight / weights;
+    frame->setGeometry(x, top, width, height);
+    x += width + gap;
+    spare -= width;
+    weights -= weight;
+  }
+}
+
+QTimer* makeTimer(Form* form, const QString& name, int milliseconds) {
+  auto* timer = new QTimer(form);
+  timer->setObjectName(name);
+  timer->setInterval(milliseconds);
+  return timer;
+}
+
+}  // namespace
+
+void MainControls::createControls(Form* form) {
+  createFields(form);
+  createCommands(form);
+  createPanel(form);
+  Timer1 = makeTimer(form, u"Timer1"_s, 100);
+  Timer1->setSingleShot(true);
+  Timer2 = makeTimer(form, u"Timer2"_s, 80);
+  Timer3 = makeTimer(form, u"Timer3"_s, 2000);
+}
+
+void MainControls::createFields(Form* form) {
+  for (const Field& field : fields) {
+    auto* frame = new Frame(u"Frame%1"_s.arg(field.number), QString::fromUtf16(field.caption), form);
+    this->*field.frame = frame;
+    this->*field.label = new Label(u"Label%1"_s.arg(field.number), frame);
+  }
+  Picture1 = new PictureBox(u"Picture1"_s, form);
+  Picture1->setAccessibleName(u"图标 Icon"_s);
+  banner = new PictureBox(u"banner"_s, form);
+  banner->setAccessibleName(u"https://orvanta.example/"_s);
+  for (int i = 0; i < static_cast<int>(Picture2.size()); ++i) {
+    Picture2[i] = new PictureBox(u"Picture2_%1"_s.arg(i), banner);
+    Picture2[i]->setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+}
+
+void MainControls::createCommands(Form* form) {
+  const auto button = [form](const char16_t* name, const char16_t* caption, const char16_t* toolTip,
+                             const char* shortcut = nullptr) {
+    auto* made =
+        new Button(QString::fromUtf16(name), QString::fromUtf16(caption), QString::fromUtf16(toolTip), form);
+    // The captions have no letters to underline, so the keys are given apart from them.
+    if (shortcut != nullptr) made->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
+    return made;
+  };
+  Command1 = button(u"Command1", u"安装", u"Install APK", "Alt+I");
+  Check1 = new CheckBox(u"Check1"_s, u"授予权限"_s, u"授予列表中的所有权限"_s, form);
+  Command2 = button(u"Command2", u"权限", u"在所选应用程序上显示权限", "Alt+P");
+  Command4 = button(u"Command4", u"卸载", u"卸载选定的应用程序", "Alt+U");
+  Command5 = button(u"Command5", u"卸载并保留数据", u"卸载选定的应用程序并保留设备上的所有数据", "Alt+K");
+  Command8 = button(u"Command8", u"Help", u"Try me", "F1");
+  Check2 = new CheckBox(u"Check2"_s, u"退出关闭ADB"_s,
+                        u"在退出时关闭ADB服务（下次启动速度较慢，但不会锁定最后安装的目录）"_s, form);
+  Check2->setValue(1);
+  Command9 = button(u"Command9", u"已安装的游戏程序(备份/已用空间)", u"Halden网", "Alt+G");
+  Command11 = button(u"Command11", u"功能命令合集", u"ADB 命令行", "Alt+D");
+  Command12 = button(u"Command12", u"打开Quest磁盘驱动器", u"Mount MTP-Device", "Alt+M");
+  Command6 = button(u"Command6", u"ADB 命令行", u"Run ADB Command on Device", "Alt+A");
+  Command10 = button(u"Command10", u"未安装的应用", u"卸载选定的游戏程序");
+  Command3 = button(u"Command3", u"撤消资源管理器菜单集成", u"");
+  // They lie out of view, where the tab key must not lead.
+  for (Button* outOfView : {Command10, Command3}) outOfView->setFocusPolicy(Qt::NoFocus);
+  QFont strong = Command1->font();
+  strong.setBold(true);
+  Command1->setFont(strong);
+
+  busyStrip = new BusyStrip(form);
+  txtOutputs = new Console(u"txtOutputs"_s, form);
+  Text1 = new QLineEdit(form);
+  Text1->setObjectName(u"Text1"_s);
+  Text1->setAccessibleName(u"adb"_s);
+  Text1->setPlaceholderText(u"shell ls /sdcard"_s);
+  Command7 = new Button(u"Command7"_s, u"Run"_s, QString(), form);
+}
+
+void MainControls::createPanel(Form* form) {
+  for (const PanelRow& row : panelRows()) {
+    const QString caption = QString::fromUtf16(row.caption);
+    auto* frame = new Frame(u"Frame%1"_s.arg(row.number), caption, form);
+    this->*row.frame = frame;
+    for (const int index : row.buttons) {
+      const QString own = QString::fromUtf16(panelCaptions[index]);
+      Command13[static_cast<size_t>(index)] =
+          new Button(u"Command13_%1"_s.arg(index), own, QString(), frame, caption + u": "_s + own);
+    }
+  }
+}
+
+void MainControls::arrange(const Form& form) {
+  const QSize room = form.userRoom();
+  const int right = pixels(closedWidth) - margin + room.width();
+  const int pictures = pixels(iconTwipsLeft) + room.width();
+  const int top = pixels(bannerTwipsTop);
+  const int iconSize = pixels(iconTwipsSize);
+
+  layFrames({{Frame1, 5}, {Frame2, 7}}, margin, right, margin, fieldHeight);
+  layFrames({{Frame3, 10}, {Frame4, 9}, {Frame6, 14}}, margin, pictures - gap, top, iconSize);
+  Picture1->setGeometry(pictures, top, iconSize, iconSize);
+  banner->setGeometry(pixels(bannerTwipsLeft) + room.width(), top, bannerPixels, bannerPixels);
+  for (PictureBox* frame : Picture2) frame->setGeometry(0, 0, bannerPixels, bannerPixels);
+  int y = top + iconSize + gap;
+  layFrames({{Frame5, 1}}, margin, right, y, fieldHeight);
+  y += fieldHeight + gap;
+  const int checks = qMax(Check1->sizeHint().width(), Check2->sizeHint().width());
+  layFrames({{Frame7, 1}, {Frame8, 1}, {Frame9, 1}, {Frame10, 1}}, margin, right - checks - 2 * gap, y,
+            fieldHeight);
+  Check1->setGeometry(right - checks, y, checks, fieldHeight / 2);
+  Check2->setGeometry(right - checks, y + fieldHeight / 2, checks, fieldHeight / 2);
+  for (const Field& field : fields) (this->*field.label)->setGeometry((this->*field.frame)->contentArea());
+
+  y += fieldHeight + gap;
+  layRow({{Command1, 3}, {Command2, 1}, {Command4, 1}, {Command5, 1}, {Command8, 1}}, margin, right, y,
+         commandHeight);
+  y += commandHeight + gap;
+  layRow({{Command9, 1}, {Command11, 1}, {Command12, 1}, {Command6, 1}}, margin, right, y, commandHeight);
+  y += commandHeight + gap;
+  if (busyStrip->inView()) {
+    busyStrip->setGeometry(margin, y, right - margin, stripHeight);
+    y += stripHeight + gap;
+  }
+  const int rowTop = pixels(rowTwipsTop) + room.height();
+  txtOutputs->setGeometry(margin, y, right - margin, rowTop - margin - y);
+
+  const bool rowInView = form.Height() == openHeight;
+  Text1->setVisible(rowInView);
+  Command7->setVisible(rowInView);
+  const int runWidth = pixels(735);
+  Text1->setGeometry(margin, rowTop - 1, right - margin - runWidth - gap, 26);
+  Command7->setGeometry(right - runWidth, rowTop - 1, runWidth, 26);
+  Command10->move(margin, pixels(9960) + room.height());
+  Command3->move(margin, pixels(10560) + room.height());
+  arrangePanel(form, pixels(panelTwipsLeft) + room.width());
+}
+
+void MainControls::arrangePanel(const Form& form, int left) {
+  const bool inView = form.Width() > panelTwipsLeft;
+  constexpr int buttonWidth = 615;
+  constexpr int buttonHeight = 375;
+  for (const PanelRow& row : panelRows()) {
+    Frame* frame = this->*row.frame;
+    frame->setVisible(inView);
+    frame->setGeometry(left, pixels(row.topTwips), pixels(5895), pixels(735));
+    int x = frame->contentArea().left();
+    for (const int index : row.buttons) {
+      Command13[static_cast<size_t>(index)]->setGeometry(x, pixels(735 - buttonHeight) - 5,
+                                                         pixels(buttonWidth), pixels(buttonHeight));
+      x += pixels(buttonWidth) + gap;
+    }
+  }
+}
+
+}  // namespace orvanta

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QTimer>
+#include <array>
+
+#include "core/console.h"
+#include "ui/busy_strip.h"
+#include "ui/controls.h"
+#include "ui/form.h"
+#include "ui/picture_box.h"
+
+namespace orvanta {
+
+inline constexpr int closedWidth = 8625;   ///< Width in twips with the device panel out of view.
+inline constexpr int openWidth = 14865;    ///< Width in twips with the device panel in view.
+inline constexpr int closedHeight = 7260;  ///< Height in twips with the adb row out of view.
+inline constexpr int openHeight = 7770;    ///< Height in twips with the adb row in view.
+
+/// The controls of the main window. A feature connects itself to those that are its own.
+struct MainControls {
+  Frame* Frame1 = nullptr;  ///< application label
+  Label* Label1 = nullptr;
+  Frame* Frame2 = nullptr;  ///< package name
+  Label* Label2 = nullptr;
+  Frame* Frame3 = nullptr;  ///< version name
+  Label* Label3 = nullptr;
+  Frame* Frame4 = nullptr;  ///< build number of the file
+  Label* Label4 = nullptr;
+  Frame* Frame5 = nullptr;  ///< file name, or the start prompt
+  Label* Label5 = nullptr;
+  Frame* Frame6 = nullptr;  ///< build on the device
+  Label* Label6 = nullptr;
+  Frame* Frame7 = nullptr;  ///< disk size
+  Label* Label7 = nullptr;
+  Frame* Frame8 = nullptr;  ///< used space
+  Label* Label8 = nullptr;
+  Frame* Frame9 = nullptr;  ///< free space
+  Label* Label9 = nullptr;
+  Frame* Frame10 = nullptr;  ///< percent used
+  Label* Label10 = nullptr;
+
+  PictureBox* Picture1 = nullptr;          ///< the package's icon
+  PictureBox* banner = nullptr;            ///< what takes the pointer for the 23 frames, whichever shows
+  std::array<PictureBox*, 23> Picture2{};  ///< the frames of the site banner
+
+  Button* Command1 = nullptr;   ///< install
+  CheckBox* Check1 = nullptr;   ///< grant all listed permissions on install
+  Button* Command2 = nullptr;   ///< show the permissions
+  Button* Command3 = nullptr;   ///< no action; below the window's edge
+  Button* Command4 = nullptr;   ///< uninstall
+  Button* Command5 = nullptr;   ///< uninstall, keep data
+  Button* Command6 = nullptr;   ///< opens and closes the adb row
+  Button* Command8 = nullptr;   ///< help picture
+  Button* Command9 = nullptr;   ///< installed apps
+  Button* Command10 = nullptr;  ///< no action; below the window's edge
+  Button* Command11 = nullptr;  ///< opens and closes the device panel
+  Button* Command12 = nullptr;  ///< headset as a drive
+  CheckBox* Check2 = nullptr;   ///< stop the adb server on exit
+
+  Console* txtOutputs = nullptr;   ///< the console
+  BusyStrip* busyStrip = nullptr;  ///< the running tool, with Stop
+
+  QLineEdit* Text1 = nullptr;  ///< arguments of a free adb command
+  Button* Command7 = nullptr;  ///< runs them
+
+  Frame* Frame11 = nullptr;             ///< guardian
+  Frame* Frame12 = nullptr;             ///< refresh rate
+  Frame* Frame13 = nullptr;             ///< foveated rendering
+  Frame* Frame14 = nullptr;             ///< full rate capture
+  Frame* Frame15 = nullptr;             ///< video capture size
+  Frame* Frame16 = nullptr;             ///< texture size
+  Frame* Frame17 = nullptr;             ///< reboot
+  std::array<Button*, 23> Command13{};  ///< device settings
+
+  QTimer* Timer1 = nullptr;  ///< moves the console to its end after start-up
+  QTimer* Timer2 = nullptr;  ///< plays the banner
+  QTimer* Timer3 = nullptr;  ///< device watcher
+
+  /// Makes all controls as children of `form`, in tab order.
+  void createControls(Form* form);
+  /// Puts every control in its place for the form's present size. Panel and adb row are in view by the twips
+  /// alone.
+  void arrange(const Form& form);
+
+ private:
+  void createFields(Form* form);
+  void createCommands(Form* form);
+  void createPanel(Form* form);
+  void arrangePanel(const Form& form, int left);
+};
+
+}  // namespace orvanta
