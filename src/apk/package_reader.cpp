@@ -1,0 +1,14 @@
+#include "apk/package_reader.h"
+
+#include "apk/badging.h"
+#include "core/main_window.h"
+
+namespace orvanta {
+
+QCoro::Task<> readPackage(apkinfo& form) {
+  const QString line = badgingLine(Host::current(), form.ApkPath);
+  form.ToolOutput = co_await form.runQuietly(*form.objDOS, line);
+  readBadging(form.ToolOutput, form.ManifestFields, form.PermissionCount);
+}
+
+}  // namespace orvanta

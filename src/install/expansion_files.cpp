@@ -1,0 +1,39 @@
+#include "install/expansion_files.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+void addEntry(Module1& module, const QString& name, const QString& path) {
+  const auto entry = static_cast<size_t>(++module.ObbFileCount);
+  if (entry >= module.ObbFileNames.size()) return;
+  module.ObbFileNames[entry] = name;
+  module.ObbFilePaths[entry] = path;
+}
+
+}  // namespace
+
+bool listExpansionFiles(const PackageSurroundings& found, const HostStyle& style, Module1& module) {
+  module.ObbFileCount = 0;
+  bool ObbFound = found.hasPackageFolder;
+  for (const QString& name : found.files) {
+    if (found.hasPackageFolder) {
+      addEntry(module, name, found.ApkFolder + found.package + style.separator + name);
+      continue;
+    }
+    const QString tail = name.right(3).toLower();
+    if (tail != u"obb"_s && tail != u"pak"_s && tail != u"zip"_s && tail != u"dle"_s) continue;
+    if (tail == u"obb"_s) ObbFound = true;
+    addEntry(module, name, found.ApkFolder + style.separator + name);
+  }
+  if (!ObbFound) module.ObbFileCount = 0;
+  return ObbFound;
+}
+
+bool isOnDevice(const QString& fileName, const QString& Listing) {
+  return Listing.contains(fileName, Qt::CaseInsensitive);
+}
+
+}  // namespace orvanta

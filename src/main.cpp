@@ -1,0 +1,32 @@
+#include <QApplication>
+#include <QIcon>
+
+#include "app/application.h"
+#include "platform/command_text.h"
+#include "ui/qt_desktop.h"
+#include "ui/theme.h"
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv) {
+  const QString commandText = orvanta::commandText(argc, argv);
+  // Everything behind the program's name is one path; none of it is an option, neither ours nor the
+  // toolkit's.
+  int toolkitWords = 1;
+  QApplication application(toolkitWords, argv);
+  QApplication::setApplicationName(u"Orvanta"_s);
+  QApplication::setApplicationVersion(QStringLiteral(ORVANTA_VERSION));
+  QApplication::setDesktopFileName(u"example.orvanta.Orvanta"_s);
+  QApplication::setQuitOnLastWindowClosed(false);
+  QIcon icon;
+  for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+    icon.addFile(u":/icon/orvanta_%1.png"_s.arg(size), QSize(size, size));
+  }
+  QApplication::setWindowIcon(icon);
+  orvanta::theme::apply(application);
+
+  orvanta::QtDesktop desktop;
+  orvanta::Application orvanta(desktop, [] { QCoreApplication::exit(0); });
+  orvanta.start(commandText);
+  return QApplication::exec();
+}

@@ -1,0 +1,29 @@
+#include "monitor/storage_report.h"
+
+#include "core/main_window.h"
+#include "core/tools.h"
+#include "monitor/storage_figures.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+QCoro::Task<> StorageReport(apkinfo& form, DOSOutputs& runner) {
+  const quint64 asked = form.turn().count();
+  const QString query = storageQueryLine(Host::current());
+  const QString reply = co_await form.runQuietly(runner, query);
+  // Too short a reply has no line end to cut: no second line comes of it, and the first one runs again.
+  std::optional<QString> line;
+  if (reply.size() >= 2) line = diskFreeLine(Host::current(), externalStorageIn(reply));
+  const QString output = co_await form.runQuietly(runner, line);
+  if (form.turn().count() != asked) co_return;
+
+  const std::array<QString, 5> figures = storageFiguresIn(output);
+  form.Label7->setCaption(figures[1] + u" Gb"_s);
+  form.Label8->setCaption(figures[2] + u" Gb"_s);
+  const auto rest = freeSpace(figures[1], figures[2]);
+  if (rest) form.Label9->setCaption(QString::number(*rest) + u" Gb"_s);
+  form.Label10->setCaption(figures[4] + u" %"_s);
+}
+
+}  // namespace orvanta

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QCoroTask>
+
+namespace orvanta {
+
+class DOSOutputs;
+class apkinfo;
+
+/// Asks the device for its shared storage through `runner` and shows size, used, free and percentage. An
+/// answer that a turn of another handler has overtaken is dropped.
+QCoro::Task<> StorageReport(apkinfo& form, DOSOutputs& runner);
+
+}  // namespace orvanta
