@@ -60,7 +60,10 @@ QCoro::Task<> Form::showModal() {
 
 void Form::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  if (!event->spontaneous()) Q_EMIT hidden();
+  if (event->spontaneous()) return;
+  // Not every window manager gives the focus back to the window below.
+  if (windowModality() == Qt::ApplicationModal && parentWidget() != nullptr) parentWidget()->activateWindow();
+  Q_EMIT hidden();
 }
 
 void Form::closeEvent(QCloseEvent* event) {

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+using namespace Qt::StringLiterals;
+
 namespace orvanta {
 
 namespace {
@@ -34,6 +36,11 @@ QWidget* topWindow() {
   return modal != nullptr ? modal : QApplication::activeWindow();
 }
 
+/// `text` with each line end of either kind as the one that a box shows as such.
+QString lineBreaks(QString text) {
+  return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+}
+
 /// The first selected path of a file dialog, or nothing.
 QCoro::Task<QString> answered(QFileDialog& dialog) {
   dialog.setWindowModality(Qt::ApplicationModal);
@@ -49,7 +56,7 @@ QCoro::Task<BoxAnswer> QtDesktop::showBox(MessageBox box) {
   QMessageBox dialog(topWindow());
   dialog.setWindowTitle(box.title);
   dialog.setTextFormat(Qt::PlainText);
-  dialog.setText(box.text);
+  dialog.setText(lineBreaks(box.text));
   dialog.setIcon(iconOf(box.icon));
   const bool yesNo = box.buttons == BoxButtons::YesNo;
   dialog.setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);

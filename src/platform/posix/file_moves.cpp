@@ -1,0 +1,25 @@
+#include "platform/file_moves.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <cerrno>
+
+namespace orvanta {
+
+bool renameNoReplace(const QString& from, const QString& to) {
+  const QByteArray source = QFile::encodeName(from);
+  const QByteArray target = QFile::encodeName(to);
+  if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
+    return true;
+  // Not every file system can rename this way; a second name for the file never replaces one either.
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  if (::link(source.constData(), target.constData()) != 0) return false;
+  if (::unlink(source.constData()) == 0) return true;
+  ::unlink(target.constData());
+  return false;
+}
+
+}  // namespace orvanta
