@@ -1,0 +1,27 @@
+#include "apk/icon_entries.h"
+
+#include "core/tools.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+QString temporaryZipPath(const QString& apkPath) {
+  return apkPath.left(qMax<qsizetype>(0, apkPath.size() - 3)) + u"zip"_s;
+}
+
+QStringList iconEntries(const QString& badgingIcon) {
+  QStringList entries = {uR"(res\mipmap-mdpi\app_icon.png)"_s, uR"(res\drawable-mdpi-v4\app_icon.png)"_s,
+                         uR"(res\mipmap-mdpi-v4\app_icon.png)"_s};
+  if (badgingIcon.endsWith("png"_L1)) entries.prepend(QString(badgingIcon).replace(u'/', u'\\').trimmed());
+  return entries;
+}
+
+QString iconFileName(const QString& entry) {
+  const QString name = BaseName(entry, HostStyle::windows());
+  // A colon is a drive or a hidden stream of a file on Windows.
+  const bool leadsAway = name == u"."_s || name == u".."_s || name.contains(u':') || name.contains(QChar(0));
+  return leadsAway ? QString() : name;
+}
+
+}  // namespace orvanta

@@ -1,0 +1,36 @@
+#include "apk/icon_picture.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+
+#include "ui/picture_box.h"
+
+namespace orvanta {
+
+namespace {
+
+constexpr int mostPixelsASide = 4096;
+
+/// Plain pixel formats only: the file comes from a stranger, and a drawing program could be anything.
+bool isPixelFormat(const QByteArray& format) {
+  static const QList<QByteArray> known = {"png", "jpeg", "gif", "bmp", "ico"};
+  return known.contains(format);
+}
+
+}  // namespace
+
+bool ShowPicture(const QString& path, PictureBox* target) {
+  if (path.trimmed().isEmpty() || target == nullptr || !QFileInfo(path).isFile()) return false;
+  QImageReader reader(path);
+  // The name says little: many a picture is called png and is none.
+  reader.setDecideFormatFromContent(true);
+  if (!isPixelFormat(reader.format())) return false;
+  const QSize size = reader.size();
+  if (size.isEmpty() || size.width() > mostPixelsASide || size.height() > mostPixelsASide) return false;
+  const QImage picture = reader.read();
+  if (picture.isNull()) return false;
+  target->setPicture(picture);
+  return true;
+}
+
+}  // namespace orvanta
