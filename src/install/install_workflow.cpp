@@ -79,14 +79,16 @@ void InstallWorkflow::scan() {
 Form3& InstallWorkflow::loadedSelection() {
   if (!m_Form3) {
     m_Form3 = std::make_unique<Form3>(m_form.Label5->Caption(), m_form.module(), &m_form);
-    // Its button keeps it loaded; only the close box unloads it.
-    connect(m_Form3.get(), &Form::closedByUser, this, [this] { m_Form3.release()->deleteLater(); });
+    connect(m_Form3.get(), &Form::closedByUser, this, [this] { m_unloadDue = true; });
   }
   return *m_Form3;
 }
 
 QCoro::Task<> InstallWorkflow::selectFiles() {
+  m_unloadDue = false;
   co_await loadedSelection().showModal();
+  // Its button keeps it loaded, with the marks that are read later; only the close box unloads it.
+  if (m_unloadDue) m_Form3.reset();
 }
 
 QCoro::Task<> InstallWorkflow::runInstall() {

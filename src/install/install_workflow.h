@@ -41,6 +41,7 @@ class InstallWorkflow : public QObject {
 
   apkinfo& m_form;
   std::unique_ptr<Form3> m_Form3;
+  bool m_unloadDue = false;
 };
 
 }  // namespace orvanta
