@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+#include <array>
+
+namespace orvanta {
+
+/// The permissions among `ManifestFields`, each with one carriage return behind it. `permissionCount` is the
+/// number that the package declares; those beyond the last field are left out.
+QString permissionList(const std::array<QString, 51>& ManifestFields, int permissionCount);
+
+}  // namespace orvanta
