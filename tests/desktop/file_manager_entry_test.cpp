@@ -1,0 +1,168 @@
+#include "desktop/file_manager_entry.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include "desktop/desktop_entry.h"
+#include "desktop/registry_entry.h"
+#include "platform/shell_verb.h"
+
+using namespace Qt::StringLiterals;
+using namespace orvanta;
+
+namespace {
+
+QByteArray contentOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+void write(const QString& path, const QByteArray& content) {
+  QFile file(path);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write(content);
+}
+
+/// What `program` prints on both of its outputs.
+QString said(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  process.setProcessChannelMode(QProcess::MergedChannels);
+  process.start(program, arguments);
+  process.waitForFinished();
+  return QString::fromUtf8(process.readAll());
+}
+
+bool isMissing(const QString& tool) {
+  return QStandardPaths::findExecutable(tool).isEmpty();
+}
+
+/// The lines of an entry that do not depend on where the program lies.
+QStringList placeless(const QString& entry) {
+  QStringList lines = entry.split(u'\n');
+  lines.removeIf(
+      [](const QString& line) { return line.startsWith(u"Exec="_s) || line.startsWith(u"TryExec="_s); });
+  return lines;
+}
+
+}  // namespace
+
+class FileManagerEntryTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    qputenv("HOME", m_folder->path().toUtf8());
+    qputenv("XDG_DATA_HOME", m_folder->filePath(u"data home"_s).toUtf8());
+  }
+
+  void shellVerb() {
+    QCOMPARE(executablePath(u"D:\\"_s, u"orvanta"_s), u"D:\\orvanta.exe"_s);
+    const QString program = executablePath(u"C:\\My Tools\\Orvanta"_s, u"orvanta"_s);
+    QCOMPARE(program, u"C:\\My Tools\\Orvanta\\orvanta.exe"_s);
+    const std::array<RegistryWrite, 3> writes{{
+        {u"HKCR\\*\\shell\\Orvanta\\Command\\"_s, program + u" %1"_s, u"REG_SZ"_s},
+        {u"HKCR\\*\\shell\\Orvanta\\AppliesTo"_s, u".apk"_s, u"REG_SZ"_s},
+        {u"HKCR\\*\\shell\\Orvanta\\Icon"_s, program, u"REG_SZ"_s},
+    }};
+    QVERIFY(shellVerbWrites(program) == writes);
+    const RegistryPlace places[] = {{u"HKCR"_s, u"*\\shell\\Orvanta\\Command"_s, u""_s},
+                                    {u"HKCR"_s, u"*\\shell\\Orvanta"_s, u"AppliesTo"_s},
+                                    {u"HKCR"_s, u"*\\shell\\Orvanta"_s, u"Icon"_s}};
+    for (size_t i = 0; i < writes.size(); ++i) QVERIFY(registryPlace(writes[i].Path) == places[i]);
+    QVERIFY(registryPlace(u"HKCR\\x"_s) == (RegistryPlace{u"HKCR"_s, u""_s, u"x"_s}));
+  }
+
+  void awkwardFolders_data() {
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("exec");
+    QTest::newRow("plain") << u"plain"_s << u"\"/plain/o\" %f"_s;
+    QTest::newRow("blanks") << u" a  b "_s << u"\"/ a  b /o\" %f"_s;
+    QTest::newRow("quotes") << u"a\"b'c"_s << u"\"/a\\\\\"b'c/o\" %f"_s;
+    QTest::newRow("per cent") << u"50%f"_s << u"env \"/50%%f/o\" %f"_s;
+    QTest::newRow("dollar, grave") << u"$HOME`id`"_s << u"\"/\\\\$HOME\\\\`id\\\\`/o\" %f"_s;
+    QTest::newRow("backslash") << u"a\\nb\\"_s << u"\"/a\\\\\\\\nb\\\\\\\\/o\" %f"_s;
+    QTest::newRow("line end, tab") << u"a\nb\tc"_s << u"\"/a\\nb\\tc/o\" %f"_s;
+    QTest::newRow("equals, signs") << u"a=b;c&d#e*"_s << u"\"/a=b;c&d#e*/o\" %f"_s;
+    QTest::newRow("other scripts") << u"头显é"_s << u"\"/头显é/o\" %f"_s;
+  }
+  void awkwardFolders() {
+    QFETCH(QString, folder);
+    QTEST(execValue(u'/' + folder + u"/o"_s), "exec");
+    if (isMissing(u"gio"_s) || isMissing(u"desktop-file-validate"_s))
+      QSKIP("needs gio and desktop-file-utils");
+
+    // The desktop itself reads the entry, starts the program, and hands over the path of the package.
+    const QString place = m_folder->filePath(folder);
+    QVERIFY(QDir().mkpath(place));
+    const QString program = place + u"/o"_s;
+    const QString started = m_folder->filePath(u"started"_s);
+    qputenv("ORVANTA_TEST_STARTED", started.toUtf8());
+    write(program,
+          "#!/bin/sh\nprintf '%s|' \"$0\" \"$@\" >\"$ORVANTA_TEST_STARTED.part\"\n"
+          "mv \"$ORVANTA_TEST_STARTED.part\" \"$ORVANTA_TEST_STARTED\"\n");
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString entry = m_folder->filePath(desktopId + u".desktop"_s);
+    write(entry, desktopEntry(program).toUtf8());
+    QCOMPARE(said(u"desktop-file-validate"_s, {entry}), QString());
+    const QString package = m_folder->filePath(u"a  'b' $c 100%.apk"_s);
+    write(package, "");
+    QCOMPARE(said(u"gio"_s, {u"launch"_s, entry, package}), QString());
+    QTRY_COMPARE(QString::fromUtf8(contentOf(started)), program + u'|' + package + u'|');
+  }
+
+  void packagedEntryIsTheSame() {
+    const QString folder = QStringLiteral(ORVANTA_LINUX_PACKAGING "/") + desktopId;
+    const QString packaged = QString::fromUtf8(contentOf(folder + u".desktop"_s));
+    QCOMPARE(placeless(packaged), placeless(desktopEntry(u"/opt/orvanta"_s)));
+    QFile metainfo(folder + u".metainfo.xml"_s);
+    QVERIFY(metainfo.open(QIODevice::ReadOnly));
+    QStringList ids;
+    for (QXmlStreamReader xml(&metainfo); !xml.atEnd(); xml.readNext()) {
+      if (!xml.isStartElement()) continue;
+      if (xml.name() == u"id" || xml.name() == u"launchable") ids << xml.readElementText();
+    }
+    QCOMPARE(ids, (QStringList{desktopId, desktopId + u".desktop"_s}));
+  }
+
+  void writtenForTheUser() {
+    if (nativeShellVerbHome() != ShellVerbHome::DesktopEntries) QSKIP("this system has a registry");
+    const auto entry = FileManagerEntry::create();
+    QVERIFY(entry->writeCommand());
+    QCoro::waitFor(entry->writeAppliesTo());
+    QVERIFY(entry->writeIcon());
+    const QString dataHome = m_folder->filePath(u"data home"_s);
+    QCOMPARE(contentOf(dataHome + u"/applications/"_s + desktopId + u".desktop"_s),
+             desktopEntry(QCoreApplication::applicationFilePath()).toUtf8());
+    QCOMPARE(contentOf(dataHome + u"/icons/hicolor/48x48/apps/"_s + desktopId + u".png"_s),
+             contentOf(u":/icon/orvanta_48.png"_s));
+    if (isMissing(u"gio"_s) || isMissing(u"update-desktop-database"_s))
+      QSKIP("needs gio and desktop-file-utils");
+    const QString offered = said(u"gio"_s, {u"mime"_s, u"application/vnd.android.package-archive"_s});
+    QVERIFY2(offered.contains(desktopId + u".desktop"_s), qPrintable(offered));
+  }
+
+  void notWritable() {
+    if (nativeShellVerbHome() != ShellVerbHome::DesktopEntries) QSKIP("this system has a registry");
+    // A file where a folder is needed stops an administrator too.
+    const QString dataHome = m_folder->filePath(u"data home"_s);
+    QVERIFY(QDir().mkpath(dataHome));
+    write(dataHome + u"/applications"_s, "");
+    write(dataHome + u"/icons"_s, "");
+    const auto entry = FileManagerEntry::create();
+    QVERIFY(!entry->writeCommand());
+    QVERIFY(!entry->writeIcon());
+  }
+
+ private:
+  std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(FileManagerEntryTest)
+#include "file_manager_entry_test.moc"
