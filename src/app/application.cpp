@@ -1,6 +1,10 @@
 #include "app/application.h"
 
+#include "apk/icon_extraction.h"
 #include "apk/package_reader.h"
+#include "desktop/file_manager_entry.h"
+#include "desktop/first_run.h"
+#include "desktop/tip.h"
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
 
@@ -10,7 +14,11 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
     : m_apkinfo({desktop, m_settings, m_module, std::move(endProcess)}),
       m_Form2(&m_apkinfo),
       m_watcher(m_apkinfo),
-      m_install(m_apkinfo) {
+      m_install(m_apkinfo),
+      m_uninstall(m_apkinfo),
+      m_Form1(m_apkinfo),
+      m_devicePanel(m_apkinfo),
+      m_adbRow(m_apkinfo) {
   QObject::connect(m_apkinfo.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
   // While the main window is not on the screen, a tool that takes long shows on the splash.
   Turn& turn = m_apkinfo.turn();

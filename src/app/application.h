@@ -8,8 +8,12 @@
 #include "core/module1.h"
 #include "core/settings_store.h"
 #include "core/splash.h"
+#include "device/adb_row.h"
+#include "device/device_panel.h"
 #include "install/install_workflow.h"
+#include "install/uninstall_workflow.h"
 #include "monitor/device_watcher.h"
+#include "permissions/manifest_permissions.h"
 
 namespace orvanta {
 
@@ -46,6 +50,10 @@ class Application : private StartupSteps {
   Form2 m_Form2;
   DeviceWatcher m_watcher;
   InstallWorkflow m_install;
+  UninstallWorkflow m_uninstall;
+  Form1 m_Form1;
+  DevicePanel m_devicePanel;
+  AdbRow m_adbRow;
 };
 
 }  // namespace orvanta

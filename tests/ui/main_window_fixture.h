@@ -15,7 +15,9 @@ namespace orvanta {
 class MainWindowFixture {
  public:
   MainWindowFixture() {
-    qputenv("XDG_CONFIG_HOME", m_folder.filePath(QStringLiteral("config")).toUtf8());
+    // The variable of the environment is read once a process; this holds from now on.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       m_folder.filePath(QStringLiteral("config")));
     settings = std::make_unique<SettingsStore>();
     MainWindowNeeds needs{desktop, *settings, module, [this] { ++ends; }};
     form = std::make_unique<apkinfo>(needs);
