@@ -14,8 +14,10 @@ namespace orvanta {
 namespace {
 
 // The view takes text over in pieces of this size until a turn has lasted long enough to be felt.
-constexpr qsizetype pieceLength = 16 * 1024;
-constexpr qint64 turnMilliseconds = 20;
+constexpr qsizetype pieceLength = 8 * 1024;
+constexpr qint64 turnMilliseconds = 12;
+// Text that keeps coming is painted once a frame, not once a block.
+constexpr int frameMilliseconds = 10;
 // A line that never ends would be laid out anew for each piece; the view breaks it here.
 constexpr qsizetype longestLine = 4000;
 // What scrolled out of this is still in the text, not in the view.
@@ -42,7 +44,6 @@ Console::Console(const QString& designName, QWidget* parent) : QPlainTextEdit(pa
   }
   setPalette(colors);
   m_turn.setSingleShot(true);
-  m_turn.setInterval(0);
   connect(&m_turn, &QTimer::timeout, this, &Console::showPending);
 }
 
@@ -65,13 +66,13 @@ void Console::appendLine(const QString& message) {
 }
 
 void Console::scheduleView() {
-  if (!m_turn.isActive()) m_turn.start();
+  if (!m_turn.isActive()) m_turn.start(frameMilliseconds);
   Q_EMIT Change();
 }
 
 void Console::moveToEnd() {
   m_selStart = m_text.size();
-  if (!m_turn.isActive()) m_turn.start();
+  if (!m_turn.isActive()) m_turn.start(frameMilliseconds);
 }
 
 void Console::showPending() {
@@ -102,7 +103,7 @@ void Console::showPending() {
     end.insertText(piece);
   }
   if (m_shown < ready) {
-    m_turn.start();
+    m_turn.start(0);
     return;
   }
   if (m_selStart == m_text.size()) {
