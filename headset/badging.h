@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace orvanta::headset {
+
+/// What the headset reads from a package file when it installs it.
+struct Badging {
+  QString package;
+  QString split;  ///< empty for a base package
+  qint64 versionCode = 0;
+  QString versionName;
+  int minSdk = 1;
+  int targetSdk = 1;
+  QStringList permissions;
+  QStringList nativeCode;
+  bool isTestOnly = false;
+  bool isLaunchable = false;
+};
+
+/// Reads the text of "aapt d badging"; nothing if it names no package.
+std::optional<Badging> parseBadging(const QString& text);
+
+/// Runs the desktop's aapt on `file`; nothing if that is no package.
+std::optional<Badging> readBadging(const QString& file);
+
+}  // namespace orvanta::headset

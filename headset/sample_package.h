@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+namespace orvanta {
+
+/// What a package made for a trial or a test says about itself.
+struct SamplePackage {
+  QString package = QStringLiteral("com.example.app");
+  qint64 versionCode = 1;
+  QString versionName = QStringLiteral("1.0");
+  int minSdk = 23;
+  int targetSdk = 29;
+  QString label = QStringLiteral("Example");
+  QMap<QString, QString> localizedLabels = {};  ///< by resource qualifier, such as "zh-rCN"
+  QStringList permissions = {};                 ///< full names
+  QStringList features = {};                    ///< required features, full names
+  QString split = {};                           ///< makes a split package of that name
+  bool icon = false;                            ///< with a drawn picture in several sizes
+  QByteArray iconPng = {};                      ///< the picture itself, instead of the drawn one
+  bool launchable = true;                       ///< with an activity that a launcher shows
+  bool testOnly = false;
+  QStringList nativeCode = {};                ///< ABIs that a library is there for
+  QMap<QString, QByteArray> extraFiles = {};  ///< by their path in the package
+  qint64 paddingBytes = 0;                    ///< incompressible bytes, to make the package large
+
+  /// Writes the package to `file` with the real aapt. On failure the reason, else an empty text.
+  [[nodiscard]] QString write(const QString& file) const;
+};
+
+/// The framework resources that aapt needs, from Debian's android-framework-res or from an SDK; empty if none
+/// is here.
+QString frameworkResources();
+
+}  // namespace orvanta

@@ -1,0 +1,182 @@
+#include "sandbox.h"
+
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace orvanta::headset {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* kFolders[] = {
+    "data/app",
+    "data/data",
+    "data/local/tmp",
+    "data/user",
+    "dev",
+    "mnt",
+    "proc",
+    "storage/emulated/0/Alarms",
+    "storage/emulated/0/Android/data",
+    "storage/emulated/0/Android/media",
+    "storage/emulated/0/Android/obb",
+    "storage/emulated/0/DCIM",
+    "storage/emulated/0/Download",
+    "storage/emulated/0/Movies",
+    "storage/emulated/0/Music",
+    "storage/emulated/0/Pictures",
+    "system/bin",
+    "system/etc",
+    "vendor",
+};
+
+struct Link {
+  const char* name;
+  const char* target;
+};
+
+constexpr Link kLinks[] = {
+    {"sdcard", "/storage/emulated/0"},
+    {"mnt/sdcard", "/storage/emulated/0"},
+    {"bin", "/system/bin"},
+    {"etc", "/system/etc"},
+};
+
+/// The commands that the system services answer, through our own small program.
+constexpr const char* kServiceCommands[] = {"am", "cmd",    "df",       "dumpsys", "getprop", "ls",
+                                            "pm", "monkey", "settings", "setprop", "svc",     "reboot"};
+
+// The shell prefers its built-in programs to those on the path; these functions put ours before them.
+constexpr QByteArrayView kShellStart =
+    "for name in df ls reboot svc; do eval \"$name() { /system/bin/$name \\\"\\$@\\\"; }\"; done\n"
+    "unset name\n";
+constexpr QByteArrayView kShellStartFile = "/system/etc/mkshrc";
+
+bool copyIfOther(const QString& from, const QString& to) {
+  const QFileInfo source(from);
+  const QFileInfo target(to);
+  if (target.exists() && target.size() == source.size() && target.lastModified() >= source.lastModified()) {
+    return true;
+  }
+  QFile::remove(to);
+  return QFile::copy(from, to) && QFile::setPermissions(to, QFile::permissions(to) | QFile::ExeOwner |
+                                                                QFile::ExeGroup | QFile::ExeOther);
+}
+
+void makeLink(const QString& path, const QByteArray& target) {
+  if (!QFileInfo(path).isSymLink()) QFile::remove(path);
+  // QFile::link would turn the target into a path of the desktop.
+  [[maybe_unused]] const int done = ::symlink(target.constData(), QFile::encodeName(path).constData());
+}
+
+QStringList busyboxApplets(const QString& busybox) {
+  QProcess process;
+  process.start(busybox, {u"--list"_s});
+  process.waitForFinished();
+  return QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+}  // namespace
+
+Sandbox::Sandbox(const QString& stateDir) : m_root(stateDir + "/root"_L1), m_run(stateDir + "/run"_L1) {}
+
+QString Sandbox::prepare(const QString& toolPath) {
+  m_bwrap = QStandardPaths::findExecutable(u"bwrap"_s);
+  if (m_bwrap.isEmpty()) return u"bwrap is not installed (Debian: apt-get install bubblewrap)"_s;
+  const QString problem = makeTree(toolPath);
+  return problem.isEmpty() ? tryOut() : problem;
+}
+
+QString Sandbox::makeTree(const QString& toolPath) const {
+  for (const char* folder : kFolders) {
+    if (!QDir().mkpath(m_root + u'/' + QLatin1StringView(folder))) return u"cannot write to "_s + m_root;
+  }
+  QDir().mkpath(m_run);
+  for (const Link& link : kLinks) makeLink(m_root + u'/' + QLatin1StringView(link.name), link.target);
+
+  const QString busybox = QStandardPaths::findExecutable(u"busybox"_s);
+  if (busybox.isEmpty()) return u"busybox is not installed (Debian: apt-get install busybox-static)"_s;
+  const QString bin = m_root + "/system/bin/"_L1;
+  if (!copyIfOther(busybox, bin + "busybox"_L1)) return u"cannot copy "_s + busybox;
+  if (!copyIfOther(toolPath, bin + "servicecall"_L1)) return u"cannot copy "_s + toolPath;
+  if (!QFileInfo(bin + "sh"_L1).isSymLink()) {
+    const QStringList applets = busyboxApplets(busybox);
+    for (const QString& applet : applets) {
+      if (applet != "busybox"_L1) makeLink(bin + applet, "busybox");
+    }
+  }
+  QFile start(m_root + QLatin1StringView(kShellStartFile));
+  if (!start.open(QIODevice::WriteOnly)) return u"cannot write to "_s + start.fileName();
+  start.write(kShellStart.toByteArray());
+  for (const char* command : kServiceCommands) {
+    const QString path = bin + QLatin1StringView(command);
+    QFile::remove(path);
+    makeLink(path, "servicecall");
+  }
+  return {};
+}
+
+QString Sandbox::tryOut() {
+  // The shell user of a headset has the number 2000. A machine that gives no process namespace to others
+  // (some containers) still can run the shell with the desktop's own /proc.
+  const QByteArrayList base = {"--unshare-user", "--unshare-ipc", "--unshare-net", "--uid",
+                               "2000",           "--gid",         "2000"};
+  QString said;
+  for (const QByteArrayList& proc :
+       {QByteArrayList{"--unshare-pid", "--proc", "/proc"}, QByteArrayList{"--ro-bind", "/proc", "/proc"}}) {
+    m_isolation = base + proc;
+    const QByteArrayList line = command("true");
+    QStringList arguments;
+    for (const QByteArray& argument : line.mid(1)) arguments.append(QFile::decodeName(argument));
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(m_bwrap, arguments);
+    process.waitForFinished();
+    if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0) return {};
+    said = QString::fromLocal8Bit(process.readAll()).trimmed();
+  }
+  return u"the shell's sandbox cannot be made here (bwrap said: %1); user namespaces must be allowed"_s.arg(
+      said);
+}
+
+QByteArrayList Sandbox::command(const QByteArray& script, const QByteArray& terminal) const {
+  const QByteArray root = QFile::encodeName(m_root);
+  QByteArrayList line = {QFile::encodeName(m_bwrap), "--die-with-parent", "--ro-bind", root, "/"};
+  for (const char* writable : {"/data/local/tmp", "/storage/emulated/0"}) {
+    line << "--bind" << root + writable << writable;
+  }
+  line << "--dev"
+       << "/dev"
+       << "--ro-bind" << QFile::encodeName(m_run) << "/dev/socket";
+  line << m_isolation << "--chdir"
+       << "/"
+       << "--clearenv";
+  const std::pair<const char*, QByteArray> environment[] = {
+      {"PATH", "/system/bin"},
+      {"EXTERNAL_STORAGE", "/sdcard"},
+      {"ANDROID_ROOT", "/system"},
+      {"ANDROID_DATA", "/data"},
+      {"ANDROID_STORAGE", "/storage"},
+      {"HOME", "/"},
+      {"USER", "shell"},
+      {"SHELL", "/system/bin/sh"},
+      {"TMPDIR", "/data/local/tmp"},
+      {"HOSTNAME", "hollywood"},
+      {"TERM", terminal},
+      {"LANG", "C.UTF-8"},
+      {"ENV", kShellStartFile.toByteArray()},
+  };
+  for (const auto& [name, value] : environment) line << "--setenv" << name << value;
+  line << "/system/bin/sh";
+  if (script.isEmpty()) return line << "-i";
+  return line << "-c"
+              << ". " + kShellStartFile.toByteArray() + '\n' + script;
+}
+
+}  // namespace orvanta::headset
