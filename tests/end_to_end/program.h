@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <memory>
+
+#include "app/application.h"
+#include "support/virtual_headset.h"
+#include "ui/recording_desktop.h"
+
+namespace orvanta {
+
+/// The whole program with its real windows and tools, beside a virtual headset of its own.
+class Program {
+ public:
+  /// Starts the headset. The reason on failure, else an empty text.
+  QString startHeadset() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       headset.workPath(QStringLiteral("config")));
+    qputenv("XDG_CACHE_HOME", headset.workPath(QStringLiteral("cache")).toUtf8());
+    SettingsStore().write(QStringLiteral("Explentry"), QStringLiteral("on"));
+    return headset.start();
+  }
+
+  /// Starts the program with `commandText`. False when its main window does not come.
+  bool start(const QString& commandText) {
+    application = std::make_unique<Application>(desktop, [this] { ++ends; });
+    application->start(commandText);
+    return QTest::qWaitFor([this] { return form().isVisible(); }, 30'000) &&
+           QTest::qWaitForWindowActive(&form());
+  }
+
+  apkinfo& form() { return application->mainWindow(); }
+  QString console() { return form().txtOutputs->Text(); }
+
+  /// The services opened on the headset that have `part` in them, less what the shell protocol puts in front.
+  QStringList commands(const QString& part = {}) const {
+    QStringList found;
+    for (const QString& service : headset.services()) {
+      const QString command = service.section(u':', 1);
+      if (command.contains(part)) found << command;
+    }
+    return found;
+  }
+
+  test::VirtualHeadset headset;
+  RecordingDesktop desktop;
+  int ends = 0;
+  std::unique_ptr<Application> application;
+};
+
+}  // namespace orvanta
