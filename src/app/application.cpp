@@ -23,6 +23,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
   // While the main window is not on the screen, a tool that takes long shows on the splash.
   Turn& turn = m_apkinfo.turn();
   QObject::connect(&turn, &Turn::toolStarted, m_Form9.busyStrip, &BusyStrip::begin);
+  QObject::connect(&turn, &Turn::toolEnded, m_Form9.busyStrip, &BusyStrip::pause);
   QObject::connect(&turn, &Turn::ended, m_Form9.busyStrip, &BusyStrip::end);
   QObject::connect(m_Form9.busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
 }

@@ -63,6 +63,7 @@ QCoro::Task<QString> DOSOutputs::ExecuteCommand(QString commandLine) {
   };
   connect(child.get(), &ChildProcess::block, this,
           [&decoder, &receive](const QByteArray& bytes) { receive(decoder.decode(bytes)); });
+  connect(this, &DOSOutputs::stopAsked, child.get(), &ChildProcess::kill);
   if (m_turn != nullptr) {
     connect(m_turn, &Turn::stopRequested, child.get(), &ChildProcess::kill);
     m_turn->noteToolStarted(toolName(m_commandLine));

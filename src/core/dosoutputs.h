@@ -39,9 +39,13 @@ class DOSOutputs : public QObject {
   /// or when the turn was stopped before. One run at a time on one object.
   QCoro::Task<QString> ExecuteCommand(QString commandLine = {});
 
+  /// Ends the running tool, if there is one; its run returns what was read so far.
+  void stop() { Q_EMIT stopAsked(); }
+
  Q_SIGNALS:
   /// A block of the running tool's text; the last one of a run is empty.
   void ReceiveOutputs(const QString& CommandOutputs);
+  void stopAsked();
 
  private:
   CommandReports& m_reports;

@@ -34,10 +34,9 @@ apkinfo::apkinfo(MainWindowNeeds needs)
   connect(busyStrip, &BusyStrip::stopRequested, &m_turn, &Turn::requestStop);
   connect(busyStrip, &BusyStrip::inViewChanged, this, [this] { arrange(*this); });
   connect(&m_turn, &Turn::toolStarted, busyStrip, &BusyStrip::begin);
+  connect(&m_turn, &Turn::toolEnded, busyStrip, &BusyStrip::pause);
   connect(&m_turn, &Turn::ended, busyStrip, &BusyStrip::end);
-  connect(&m_turn, &Turn::stopRequested, this, [this] { say(u"已停止 (Stopped)"_s); });
-  Timer2->start();
-  Timer3->start();
+  connect(&m_turn, &Turn::stopRequested, this, &apkinfo::sayStopped);
 }
 
 apkinfo::~apkinfo() = default;
@@ -52,6 +51,8 @@ void apkinfo::prepareStart() {
   module().CommandBusy = false;
   AnimationFrame = 0;
   for (PictureBox* frame : Picture2) frame->setVisible(false);
+  Timer2->start();
+  Timer3->start();
   restoreSettings();
 }
 
@@ -104,6 +105,8 @@ QCoro::Task<> apkinfo::startWithPath(StartupSteps& steps) {
   for (const auto& [label, field] : shown) label->setToolTip(ManifestFields[static_cast<size_t>(field)]);
   txtOutputs->setText(QString());
   co_await steps.showInstalledBuild();
+  // The verdict has replaced what the console said of the stop.
+  if (m_turn.stopped()) sayStopped();
   WatcherHold = false;
 }
 
@@ -124,6 +127,10 @@ void apkinfo::objDOS_ReceiveOutputs(const QString& CommandOutputs) {
 void apkinfo::say(const QString& message) {
   txtOutputs->appendLine(message);
   txtOutputs->moveToEnd();
+}
+
+void apkinfo::sayStopped() {
+  say(u"已停止 (Stopped)"_s);
 }
 
 void apkinfo::commandError(const QString& commandLine) {
@@ -153,13 +160,15 @@ void apkinfo::Picture2_MouseMove(Qt::MouseButtons Button) {
 void apkinfo::resizeEvent(QResizeEvent* event) {
   Form::resizeEvent(event);
   if (Timer3 != nullptr) arrange(*this);
-  Q_EMIT resized();
 }
 
 void apkinfo::closeEvent(QCloseEvent* event) {
   event->ignore();
   if (m_closing) return;
   m_closing = true;
+  // A poll that comes in between would start the adb server again.
+  Timer3->stop();
+  Q_EMIT closing();
   if (m_turn.taken()) say(u"将在当前操作结束后关闭 (Closing when the current operation has ended)"_s);
   Form_QueryUnload();
 }

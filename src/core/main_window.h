@@ -92,8 +92,8 @@ class apkinfo : public Form, public MainControls, public CommandReports {
   QCoro::Task<> criticalMessage(QString text) override;
 
  Q_SIGNALS:
-  /// The window has got another size.
-  void resized();
+  /// The window is about to close, once no handler runs any more.
+  void closing();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -108,6 +108,7 @@ class apkinfo : public Form, public MainControls, public CommandReports {
   void objDOS_ReceiveOutputs(const QString& CommandOutputs);
   void Check1_Click();
   void Check2_Click();
+  void sayStopped();
   void Picture2_MouseMove(Qt::MouseButtons Button);
 
   MainWindowNeeds m_needs;

@@ -1,5 +1,6 @@
 #include "core/splash.h"
 
+#include <QCloseEvent>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
@@ -38,6 +39,12 @@ void Form9::Form_Load(const QString& commandText, std::function<void()> showMain
 void Form9::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   QIcon(u":/splash/splash.png"_s).paint(&painter, rect());
+}
+
+void Form9::closeEvent(QCloseEvent* event) {
+  // Without it a start that hangs in a tool would go on unseen; to end the tool is what can be done about it.
+  event->ignore();
+  Q_EMIT busyStrip->stopRequested();
 }
 
 Form2::Form2(QWidget* owner) : Form(u"Form2"_s, 10800, 8220, owner) {

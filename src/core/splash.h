@@ -23,6 +23,7 @@ class Form9 : public Form {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   QTimer m_Timer1;

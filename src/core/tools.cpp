@@ -17,6 +17,9 @@ namespace orvanta {
 namespace {
 
 QString toolPath(const Host& host, const QString& tool) {
+  // A quote cannot be escaped in a line's first word; but a bare name is looked up beside the executable
+  // first.
+  if (host.style.namesNeedEscapes && host.applicationFolder.contains(QuoteChar)) return tool;
   return quotedLocalPath(host.applicationFolder + host.style.separator + tool + host.style.executableSuffix,
                          host.style);
 }
@@ -81,7 +84,10 @@ bool isFitForShell(const QString& text) {
 }
 
 bool isFitPackageName(const QString& name) {
-  return isFitForShell(name) && !name.contains(u'/') && name != u"."_s && name != u".."_s;
+  constexpr qsizetype longestFileName = 255;
+  const bool ascii = std::all_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < 0x7F; });
+  return ascii && isFitForShell(name) && name.size() <= longestFileName && !name.contains(u'/') &&
+         !name.startsWith(u'-') && name != u"."_s && name != u".."_s;
 }
 
 QString externalStorageIn(const QString& reply) {
@@ -89,7 +95,8 @@ QString externalStorageIn(const QString& reply) {
 }
 
 bool isPlainDevicePath(const QString& storage) {
-  return storage.startsWith(u'/') && isFitForShell(storage);
+  constexpr qsizetype longestPath = 4096;
+  return storage.startsWith(u'/') && storage.size() <= longestPath && isFitForShell(storage);
 }
 
 QCoro::Task<> Pause(double seconds) {

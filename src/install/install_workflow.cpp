@@ -13,6 +13,9 @@ namespace orvanta {
 
 namespace {
 
+// What stood in the place of the storage path is the reason why a file was not sent; its beginning says it.
+constexpr qsizetype longestShownReply = 1000;
+
 int lastEntry(const Module1& module) {
   return qMin(module.ObbFileCount, static_cast<qint32>(module.ObbFileNames.size()) - 1);
 }
@@ -46,6 +49,8 @@ QCoro::Task<> InstallWorkflow::Command1_Click() {
 void InstallWorkflow::lock() {
   m_form.WatcherHold = true;
   m_form.module().ObbFileCount = 0;
+  // The focus would else go on to the next control, and a second press of the key to it.
+  m_form.txtOutputs->setFocus();
   for (Button* button :
        {m_form.Command1, m_form.Command2, m_form.Command3, m_form.Command4, m_form.Command5, m_form.Command6,
         m_form.Command9, m_form.Command10, m_form.Command11, m_form.Command12}) {
@@ -155,6 +160,7 @@ QCoro::Task<> InstallWorkflow::transferEntry(int i, bool removeOldFolder) {
     co_await removeObbFolder(m_form, package);
   }
   const QString Listing = co_await listDeviceFolder();
+  if (m_form.turn().stopped()) co_return;
   if (isOnDevice(name, Listing)) {
     m_form.say(u"跳过的obb文件："_s + QString(9, u' ') + name);
     co_return;
@@ -162,6 +168,10 @@ QCoro::Task<> InstallWorkflow::transferEntry(int i, bool removeOldFolder) {
   m_form.say(u"安装额外的 obb 文件："_s + QString(16, u' ') + name);
   co_await Pause(0.3);
   const StorageAnswer storage = co_await askStorage(m_form);
+  if (storage.complete && !isPlainDevicePath(storage.path)) {
+    m_form.say(storage.path.left(longestShownReply));
+    co_return;
+  }
   if (storage.complete) {
     const QString target = obbFolder(storage.path, package) + u'/' + name;
     m_form.objDOS->setCommandLine(pushLine(Host::current(), path, target));

@@ -22,6 +22,7 @@ DeviceWatcher::DeviceWatcher(apkinfo& form) : m_form(form), m_pollDOS(form) {
   connect(form.Timer1, &QTimer::timeout, this, &DeviceWatcher::Timer1_Timer);
   connect(form.Timer2, &QTimer::timeout, this, &DeviceWatcher::Timer2_Timer);
   connect(form.Timer3, &QTimer::timeout, this, &DeviceWatcher::Timer3_Timer);
+  connect(&form, &apkinfo::closing, &m_pollDOS, &DOSOutputs::stop);
 }
 
 void DeviceWatcher::Timer1_Timer() {

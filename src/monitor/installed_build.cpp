@@ -1,8 +1,23 @@
 #include "monitor/installed_build.h"
 
+#include <QRegularExpression>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
+
+namespace {
+
+/// A plain decimal number, with blanks and line ends around it; nothing for anything else.
+std::optional<double> numberIn(const QString& text) {
+  static const QRegularExpression plain(u"^[+-]?\\d+(\\.\\d+)?$"_s);
+  const QString trimmed = text.trimmed();
+  if (!plain.match(trimmed).hasMatch()) return std::nullopt;
+  return trimmed.toDouble();
+}
+
+}  // namespace
 
 QString dumpsysLine(const Host& host, const QString& package) {
   return AdbPrefix(host) + u" shell dumpsys package "_s + package;
@@ -21,12 +36,10 @@ QString installedBuildIn(const QString& output) {
 
 BuildVerdict compareBuilds(const QString& onDevice, const QString& inPackage) {
   if (onDevice.isEmpty()) return BuildVerdict::NotInstalled;
-  bool deviceIsNumber = false;
-  bool packageIsNumber = false;
-  const double difference =
-      onDevice.trimmed().toDouble(&deviceIsNumber) - inPackage.trimmed().toDouble(&packageIsNumber);
-  if (!deviceIsNumber || !packageIsNumber || difference < 0) return BuildVerdict::Older;
-  if (difference > 0) return BuildVerdict::Newer;
+  const auto device = numberIn(onDevice);
+  const auto package = numberIn(inPackage);
+  if (!device || !package || *device < *package) return BuildVerdict::Older;
+  if (*device > *package) return BuildVerdict::Newer;
   return onDevice == inPackage ? BuildVerdict::Same : BuildVerdict::Undecided;
 }
 

@@ -47,6 +47,12 @@ QString paint(Label* label, BuildVerdict verdict, const QString& number) {
   return word;
 }
 
+/// Says why nothing is asked about a package of such a name.
+void sayUnfit(apkinfo& form, const QString& package) {
+  if (!isFitPackageName(package))
+    form.say(u"包名不能用于设备命令 (The package name cannot be used in a device command)"_s);
+}
+
 }  // namespace
 
 QCoro::Task<bool> showInstalledBuildAtStart(apkinfo& form) {
@@ -61,6 +67,7 @@ QCoro::Task<bool> showInstalledBuildAtStart(apkinfo& form) {
     form.txtOutputs->setText(u"\r\n"_s + notInstalled + u"\r\n"_s);
     form.Command4->setEnabled(false);
     form.Command5->setEnabled(false);
+    sayUnfit(form, package);
     co_return true;
   }
   const QString word = paint(form.Label6, verdict, number);

@@ -12,10 +12,18 @@ QCoro::Task<> StorageReport(apkinfo& form, DOSOutputs& runner) {
   const quint64 asked = form.turn().count();
   const QString query = storageQueryLine(Host::current());
   const QString reply = co_await form.runQuietly(runner, query);
-  // Too short a reply has no line end to cut: no second line comes of it, and the first one runs again.
-  std::optional<QString> line;
-  if (reply.size() >= 2) line = diskFreeLine(Host::current(), externalStorageIn(reply));
-  const QString output = co_await form.runQuietly(runner, line);
+  if (form.turn().count() != asked) co_return;
+  // Too short a reply has no line end to cut: no second line comes of it, and the first one runs again. One
+  // that is no path (an error text, or the greeting of a server that was just started) stays off the device's
+  // shell; without a figure the watcher soon asks again.
+  QString output;
+  const QString storage = externalStorageIn(reply);
+  if (reply.size() < 2) {
+    output = co_await form.runQuietly(runner, std::nullopt);
+  } else if (isPlainDevicePath(storage)) {
+    const QString line = diskFreeLine(Host::current(), storage);
+    output = co_await form.runQuietly(runner, line);
+  }
   if (form.turn().count() != asked) co_return;
 
   const std::array<QString, 5> figures = storageFiguresIn(output);

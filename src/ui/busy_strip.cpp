@@ -12,6 +12,8 @@ namespace orvanta {
 namespace {
 
 constexpr int patienceMilliseconds = 500;
+// Between two tools of one handler the strip stays; under a question to the user it goes.
+constexpr int lingerMilliseconds = 300;
 
 QString clock(qint64 milliseconds) {
   const qint64 seconds = milliseconds / 1000;
@@ -32,8 +34,11 @@ BusyStrip::BusyStrip(QWidget* parent)
   m_bar->setAccessibleName(u"Progress"_s);
   m_patience.setSingleShot(true);
   m_patience.setInterval(patienceMilliseconds);
+  m_linger.setSingleShot(true);
+  m_linger.setInterval(lingerMilliseconds);
   m_second.setInterval(1000);
   connect(&m_patience, &QTimer::timeout, this, [this] { setInView(true); });
+  connect(&m_linger, &QTimer::timeout, this, &BusyStrip::end);
   connect(&m_second, &QTimer::timeout, this, &BusyStrip::refresh);
   connect(m_stop, &QPushButton::clicked, this, [this] {
     m_stop->setEnabled(false);
@@ -48,12 +53,18 @@ void BusyStrip::begin(const QString& name) {
   m_allBytes = -1;
   m_since.start();
   m_stop->setEnabled(true);
-  if (!m_inView) m_patience.start();
+  m_linger.stop();
+  if (!m_inView && !m_patience.isActive()) m_patience.start();
   refresh();
+}
+
+void BusyStrip::pause() {
+  m_linger.start();
 }
 
 void BusyStrip::end() {
   m_patience.stop();
+  m_linger.stop();
   setInView(false);
 }
 

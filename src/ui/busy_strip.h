@@ -22,6 +22,8 @@ class BusyStrip : public QWidget {
 
   /// A run named `name` has begun; `name` stands in the strip until the next call.
   void begin(const QString& name);
+  /// The run has ended, and another one may follow at once.
+  void pause();
   /// Nothing runs any more.
   void end();
   /// How far the run is, where the amount is known beforehand: bytes done of bytes in all. -1 in all: not
@@ -48,6 +50,7 @@ class BusyStrip : public QWidget {
   qint64 m_allBytes = -1;
   QElapsedTimer m_since;
   QTimer m_patience;
+  QTimer m_linger;
   QTimer m_second;
   Label* m_text;
   QProgressBar* m_bar;

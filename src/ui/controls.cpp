@@ -1,7 +1,8 @@
 #include "ui/controls.h"
 
+#include <QHelpEvent>
 #include <QPainter>
-#include <QPainterPath>
+#include <QToolTip>
 
 #include "ui/theme.h"
 
@@ -11,6 +12,13 @@ namespace {
 constexpr int captionHeight = 17;
 constexpr int sideMargin = 8;
 constexpr qreal cornerRadius = 5;
+
+/// More than anybody can see of it; a hostile package can have a label of megabytes.
+QString shortened(const QString& text) {
+  constexpr qsizetype most = 1000;
+  return text.size() <= most ? text : text.left(most) + u'…';
+}
+
 }  // namespace
 
 Frame::Frame(const QString& designName, const QString& caption, QWidget* parent)
@@ -59,6 +67,14 @@ void Label::setForeColor(FormColor color) {
   update();
 }
 
+bool Label::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || toolTip().isEmpty()) return QLabel::event(event);
+  // Labels and file names come out of strangers' packages: their marks are text, not markup.
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), shortened(toolTip()).toHtmlEscaped(),
+                     this);
+  return true;
+}
+
 QSize Label::minimumSizeHint() const {
   return {20, fontMetrics().height()};
 }
@@ -80,7 +96,7 @@ void Label::paintEvent(QPaintEvent*) {
   if (m_foreColor >= 0) ink = resolved(m_foreColor, palette(), QPalette::WindowText);
   painter.setPen(ink);
   painter.setFont(font());
-  QString shown = text();
+  QString shown = shortened(text());
   shown.replace(u'\n', u' ').replace(u'\r', u' ');
   painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
                    painter.fontMetrics().elidedText(shown, Qt::ElideMiddle, line.width()));

@@ -4,7 +4,6 @@
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
-#include "ui/color.h"
 #include "ui/twips.h"
 
 namespace orvanta {
@@ -30,7 +29,8 @@ void ToggleButton::paintEvent(QPaintEvent*) {
   painter.setPen(face.darker(130));
   painter.setBrush(face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
-  const QColor ink = readableOn(face);
+  // Both faces are of middling brightness, on which black reads best.
+  const QColor ink = Qt::black;
   if (hasFocus()) {
     painter.setPen(QPen(ink, 1, Qt::DotLine));
     painter.setBrush(Qt::NoBrush);

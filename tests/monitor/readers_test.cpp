@@ -73,6 +73,7 @@ class MonitorReadersTest : public QObject {
     row("not installed", u"", u"7", BuildVerdict::NotInstalled);
     row("package without a build", u"7", u"", BuildVerdict::Older);
     row("no number on the device", u"x", u"7", BuildVerdict::Older);
+    row("no plain decimal", u"nan", u"nan", BuildVerdict::Older);
     row("beyond 32 bits", u"4294967297", u"4294967296", BuildVerdict::Newer);
   }
   void verdicts() {
