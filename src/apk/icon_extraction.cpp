@@ -45,7 +45,8 @@ QCoro::Task<> showIcon(apkinfo& form) {
   bool renamed = false;
   bool extracted = false;
   for (const QString& entry : iconEntries(form.ManifestFields[9])) {
-    renamed = renamed || takeZipName(form.ApkPath, form.TempZipPath);
+    // A package that bears the other name already needs no rename.
+    renamed = renamed || form.TempZipPath == form.ApkPath || takeZipName(form.ApkPath, form.TempZipPath);
     form.ManifestFields[9] = entry;
     const QString name = iconFileName(entry);
     form.IconFilePath = folder + HostStyle::native().separator + name;
@@ -54,7 +55,8 @@ QCoro::Task<> showIcon(apkinfo& form) {
                 extract(form.TempZipPath, entry, form.IconFilePath);
     if (extracted) break;
   }
-  if (renamed) form.RenameBackDue = !renameNoReplace(form.TempZipPath, form.ApkPath);
+  if (renamed && form.TempZipPath != form.ApkPath)
+    form.RenameBackDue = !renameNoReplace(form.TempZipPath, form.ApkPath);
   if (extracted) {
     ShowPicture(form.IconFilePath, form.Picture1);
     QFile::remove(form.IconFilePath);

@@ -27,8 +27,10 @@ bool ShowPicture(const QString& path, PictureBox* target) {
   if (!isPixelFormat(reader.format())) return false;
   const QSize size = reader.size();
   if (size.isEmpty() || size.width() > mostPixelsASide || size.height() > mostPixelsASide) return false;
-  const QImage picture = reader.read();
+  QImage picture = reader.read();
   if (picture.isNull()) return false;
+  // A name such as x@2x.png would have it drawn at half its size.
+  picture.setDevicePixelRatio(1);
   target->setPicture(picture);
   return true;
 }

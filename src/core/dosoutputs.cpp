@@ -1,12 +1,12 @@
 #include "core/dosoutputs.h"
 
-#include <QCoroSignal>
 #include <QFileInfo>
 #include <QStringDecoder>
 
 #include "core/turn.h"
 #include "platform/child_process.h"
 #include "platform/command_line.h"
+#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 
@@ -68,7 +68,7 @@ QCoro::Task<QString> DOSOutputs::ExecuteCommand(QString commandLine) {
     connect(m_turn, &Turn::stopRequested, child.get(), &ChildProcess::kill);
     m_turn->noteToolStarted(toolName(m_commandLine));
   }
-  co_await qCoro(child.get(), &ChildProcess::finished);
+  co_await Emitted(child.get(), &ChildProcess::finished);
   if (m_turn != nullptr) m_turn->noteToolEnded();
   const QString rest = decoder.rest();
   if (!rest.isEmpty()) receive(rest);

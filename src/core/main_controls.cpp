@@ -177,19 +177,24 @@ void MainControls::createCommands(Form* form) {
   Text1 = new QLineEdit(form);
   Text1->setObjectName(u"Text1"_s);
   Text1->setAccessibleName(u"adb"_s);
+  Text1->setTextMargins(3, 0, 3, 0);
   Text1->setPlaceholderText(u"shell ls /sdcard"_s);
   Command7 = new Button(u"Command7"_s, u"Run"_s, QString(), form);
 }
 
 void MainControls::createPanel(Form* form) {
+  // The buttons are 615 twips wide; the longest captions need a little air in them.
+  QFont narrow = form->font();
+  narrow.setPixelSize(11);
   for (const PanelRow& row : panelRows()) {
     const QString caption = QString::fromUtf16(row.caption);
     auto* frame = new Frame(u"Frame%1"_s.arg(row.number), caption, form);
     this->*row.frame = frame;
     for (const int index : row.buttons) {
       const QString own = QString::fromUtf16(panelCaptions[index]);
-      Command13[static_cast<size_t>(index)] =
-          new Button(u"Command13_%1"_s.arg(index), own, QString(), frame, caption + u": "_s + own);
+      auto* button = new Button(u"Command13_%1"_s.arg(index), own, QString(), frame, caption + u": "_s + own);
+      button->setFont(narrow);
+      Command13[static_cast<size_t>(index)] = button;
     }
   }
 }

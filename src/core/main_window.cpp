@@ -1,9 +1,9 @@
 #include "core/main_window.h"
 
 #include <QCloseEvent>
-#include <QCoroSignal>
 
 #include "core/tools.h"
+#include "ui/awaited.h"
 #include "ui/twips.h"
 
 using namespace Qt::StringLiterals;
@@ -174,10 +174,18 @@ void apkinfo::closeEvent(QCloseEvent* event) {
 }
 
 QCoro::Task<> apkinfo::Form_QueryUnload() {
-  while (m_turn.taken()) co_await qCoro(&m_turn, &Turn::ended);
+  while (m_turn.taken()) co_await Emitted(&m_turn, &Turn::ended);
   const auto turn = m_turn.begin();
   if (Check2->Value() == 1) co_await objDOS->ExecuteCommand(AdbPrefix(Host::current()) + u" kill-server"_s);
   QuitProgram();
+}
+
+void apkinfo::keepFocusOutOf(std::initializer_list<QWidget*> going, QWidget* refuge) {
+  for (const QWidget* widget : going) {
+    if (focusWidget() != widget && !widget->isAncestorOf(focusWidget())) continue;
+    (refuge->isEnabled() ? refuge : txtOutputs)->setFocus();
+    return;
+  }
 }
 
 void apkinfo::QuitProgram() {

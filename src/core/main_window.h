@@ -85,6 +85,10 @@ class apkinfo : public Form, public MainControls, public CommandReports {
   /// A line of the program's own in the console, with its end in view.
   void say(const QString& message);
 
+  /// Takes the focus to `refuge`, or to the console where that is disabled, if one of `going` or a control in
+  /// it has it: they are about to go out of view.
+  void keepFocusOutOf(std::initializer_list<QWidget*> going, QWidget* refuge);
+
   /// Ends the process at once: no closing steps run, the adb server is left as it is.
   void QuitProgram();
 

@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "platform/command_line.h"
-#include "ui/delay.h"
+#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 

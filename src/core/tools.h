@@ -52,9 +52,9 @@ QStringList filesDirectlyIn(const QString& folder);
 /// or a line end in it, makes it unfit. An empty text is fit.
 bool isFitForShell(const QString& text);
 
-/// Whether `name` can be a package's name in a line: it comes out of a file that anybody can have made, and ends up in
-/// paths. Fit for the shell, ASCII, no option, not leading out of its folder, at most 255 characters. An empty name
-/// is fit; no line that changes the device is composed with it.
+/// Whether `name` can be a package's name in a line: it comes out of a file that anybody can have made, and
+/// ends up in paths. Fit for the shell, ASCII, no option, not leading out of its folder, at most 255
+/// characters. An empty name is fit; no line that changes the device is composed with it.
 bool isFitPackageName(const QString& name);
 
 /// The path in the reply to `echo $EXTERNAL_STORAGE`: all of it less its line end of two characters. Empty

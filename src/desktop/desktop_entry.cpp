@@ -62,8 +62,7 @@ QString desktopEntry(const QString& program) {
          "Keywords=apk;obb;adb;headset;sideload;\n"
          "Terminal=false\n"
          "StartupNotify=true\n"
-         "StartupWMClass="_s +
-         desktopId + u'\n';
+         "StartupWMClass=Orvanta\n"_s;
 }
 
 }  // namespace orvanta

@@ -1,11 +1,11 @@
 #include "desktop/file_manager_entry.h"
 
 #include <QCoreApplication>
-#include <QCoroSignal>
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QTimer>
 #include <chrono>
 #include <filesystem>
 #include <system_error>
@@ -16,6 +16,7 @@
 #include "platform/child_process.h"
 #include "platform/command_line.h"
 #include "platform/shell_verb.h"
+#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 
@@ -57,7 +58,9 @@ bool writeWhole(const QString& path, const QByteArray& content) {
 QCoro::Task<> runTool(QString name, QString folder) {
   const std::unique_ptr<ChildProcess> tool = ChildProcess::create();
   if (tool->start(name + u' ' + quotedArgument(folder))) co_return;
-  co_await qCoro(tool.get(), &ChildProcess::finished);
+  // No window of ours is on the screen now: nobody could stop a tool that hangs.
+  QTimer::singleShot(std::chrono::seconds(10), tool.get(), &ChildProcess::kill);
+  co_await Emitted(tool.get(), &ChildProcess::finished);
 }
 
 /// A desktop entry among the user's own applications, with its pictures.

@@ -22,9 +22,9 @@ QCoro::Task<> endInFailure(apkinfo& form) {
   form.QuitProgram();
 }
 
-void keepSuccess(apkinfo& form) {
-  form.settings().write(u"Explentry"_s, u"on"_s);
-  form.settings().write(u"Grant"_s, u"off"_s);
+/// Whether the store has taken it; without it the dialog would come again for ever.
+bool keepSuccess(apkinfo& form) {
+  return form.settings().write(u"Explentry"_s, u"on"_s) && form.settings().write(u"Grant"_s, u"off"_s);
 }
 
 }  // namespace
@@ -43,17 +43,15 @@ QCoro::Task<> FirstRun(apkinfo& form, FileManagerEntry& entry) {
     form.QuitProgram();
     co_return;
   }
-  if (!entry.writeCommand()) {
+  if (!entry.writeCommand() || !keepSuccess(form)) {
     co_await endInFailure(form);
     co_return;
   }
-  keepSuccess(form);
   co_await entry.writeAppliesTo();
-  if (!entry.writeIcon()) {
+  if (!entry.writeIcon() || !keepSuccess(form)) {
     co_await endInFailure(form);
     co_return;
   }
-  keepSuccess(form);
   // Whoever starts the program directly after this sees once what such a start is for.
   form.settings().write(u"tooltip"_s, u"on"_s);
   form.desktop().Beep();

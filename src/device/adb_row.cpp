@@ -1,9 +1,12 @@
 #include "device/adb_row.h"
 
 #include <QKeyEvent>
+#include <QRegularExpression>
 
 #include "core/main_window.h"
 #include "device/presses.h"
+
+using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
@@ -23,6 +26,7 @@ bool AdbRow::eventFilter(QObject* watched, QEvent* event) {
 
 void AdbRow::Command6_Click() {
   const bool open = m_form.Height() != openHeight;
+  if (!open) m_form.keepFocusOutOf({m_form.Text1, m_form.Command7}, m_form.Command6);
   m_form.setHeight(open ? openHeight : closedHeight);
   if (open) m_form.Text1->setFocus();
 }
@@ -31,7 +35,10 @@ QCoro::Task<> AdbRow::Command7_Click() {
   const auto turn = m_form.turn().begin();
   if (!turn) co_return;
   m_form.desktop().Beep();
-  const QString line = freeLine(Host::current(), m_form.Text1->text());
+  // A line pasted with its end is still one line.
+  static const QRegularExpression lineEnd(u"[\\r\\n]"_s);
+  const QString words = m_form.Text1->text().section(lineEnd, 0, 0);
+  const QString line = freeLine(Host::current(), words);
   co_await m_form.objDOS->ExecuteCommand(line);
 }
 

@@ -15,7 +15,19 @@ DevicePanel::DevicePanel(apkinfo& form) : m_form(form) {
 }
 
 void DevicePanel::Command11_Click() {
-  m_form.setWidth(m_form.Width() == closedWidth ? openWidth : closedWidth);
+  if (m_form.Width() == closedWidth) {
+    m_form.setWidth(openWidth);
+  } else {
+    close();
+  }
+}
+
+void DevicePanel::close() {
+  // From a hidden button the focus would go on to the first one, which installs: one more press of the key.
+  m_form.keepFocusOutOf({m_form.Frame11, m_form.Frame12, m_form.Frame13, m_form.Frame14, m_form.Frame15,
+                         m_form.Frame16, m_form.Frame17},
+                        m_form.Command11);
+  m_form.setWidth(closedWidth);
 }
 
 QCoro::Task<> DevicePanel::Command12_Click() {
@@ -32,7 +44,7 @@ QCoro::Task<> DevicePanel::Command13_Click(int Index) {
   const QStringList lines = pressLines(Host::current(), Index);
   for (const QString& line : lines) m_form.ToolOutput = co_await m_form.objDOS->ExecuteCommand(line);
   m_form.desktop().Beep();
-  m_form.setWidth(closedWidth);
+  close();
 }
 
 }  // namespace orvanta

@@ -16,6 +16,7 @@ class DevicePanel : public QObject {
   explicit DevicePanel(apkinfo& form);
 
  private:
+  void close();
   void Command11_Click();
   QCoro::Task<> Command12_Click();
   QCoro::Task<> Command13_Click(int Index);

@@ -72,10 +72,10 @@ void Form3::resizeEvent(QResizeEvent* event) {
   const int toggles = width() - margin - toggle.width();
   const int confirm = Command1->sizeHint().width() + 12;
   const int headingHeight = pixels(rowTopTwips) - margin;
-  Command1->setGeometry(toggles - margin - confirm, margin + 2, confirm, headingHeight - margin - 2);
-  Frame1_18->setGeometry(margin, 4, Command1->x() - 2 * margin, headingHeight);
+  Command1->setGeometry(toggles - margin - confirm, margin, confirm, headingHeight - margin - 2);
+  Frame1_18->setGeometry(margin, 2, Command1->x() - 2 * margin, headingHeight);
   Label1_18->setGeometry(Frame1_18->contentArea());
-  Label2->setGeometry(toggles + 6, margin, toggle.width() - 6, headingHeight);
+  Label2->setGeometry(toggles + 6, Command1->y(), toggle.width() - 6, Command1->height());
   for (int k = 0; k < static_cast<int>(Check1.size()); ++k) {
     const auto row = static_cast<size_t>(k);
     const int top = pixels(rowTopTwips + rowPitchTwips * k);

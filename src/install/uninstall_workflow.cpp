@@ -56,10 +56,10 @@ QCoro::Task<bool> UninstallWorkflow::isInstalled() {
   const QString package = m_form.Label2->Caption();
   const QString line = packageListLine(Host::current());
   const QString Reply = co_await m_form.runQuietly(*m_form.objDOS, line);
-  // Every text contains the empty one, but no package is called so.
-  if (!package.isEmpty() && Reply.contains(package)) co_return true;
   // A list that the user cut short says nothing about the package.
   if (m_form.turn().stopped()) co_return false;
+  // Every text contains the empty one, but no package is called so.
+  if (!package.isEmpty() && Reply.contains(package)) co_return true;
   m_form.desktop().Beep();
   m_form.say(u"Package "_s + package + u"未安装"_s);
   co_return false;
