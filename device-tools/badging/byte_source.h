@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "bytes.h"
+
+namespace orvanta::badging {
+
+/// Memory that holds one part of a package: mapped from the file, or unpacked.
+class Blob {
+ public:
+  Blob() = default;
+  /// Takes over a mapping made by mmap: `base` and `length` as mapped, `bytes` the part of it that is meant.
+  Blob(void* base, size_t length, Bytes bytes) : m_base(base), m_length(length), m_bytes(bytes) {}
+  /// Room of its own; nothing of it is touched yet.
+  explicit Blob(size_t size);
+  Blob(Blob&& other) noexcept { swap(other); }
+  Blob& operator=(Blob&& other) noexcept {
+    swap(other);
+    return *this;
+  }
+  Blob(const Blob&) = delete;
+  Blob& operator=(const Blob&) = delete;
+  ~Blob();
+
+  Bytes bytes() const { return m_bytes; }
+  /// The room to fill; null for a mapping.
+  uint8_t* room() { return m_own.get(); }
+
+ private:
+  void swap(Blob& other) noexcept;
+
+  std::unique_ptr<uint8_t[]> m_own;
+  void* m_base = nullptr;
+  size_t m_length = 0;
+  Bytes m_bytes;
+};
+
+/// Where a package's bytes come from.
+class ByteSource {
+ public:
+  virtual ~ByteSource() = default;
+  virtual uint64_t size() const = 0;
+  /// Copies exactly `length` bytes; false when they are not all there.
+  virtual bool read(uint64_t offset, uint8_t* to, size_t length) const = 0;
+  /// A stretch of the source, without copying where that is possible; empty on failure.
+  virtual Blob map(uint64_t offset, size_t length) const = 0;
+};
+
+/// A file that is only ever read in the parts that are asked for: packages of a gigabyte are usual.
+class FileSource final : public ByteSource {
+ public:
+  FileSource() = default;
+  FileSource(const FileSource&) = delete;
+  FileSource& operator=(const FileSource&) = delete;
+  ~FileSource() override;
+
+  /// False when the file cannot be opened for reading.
+  bool open(const char* path);
+
+  uint64_t size() const override { return m_size; }
+  bool read(uint64_t offset, uint8_t* to, size_t length) const override;
+  Blob map(uint64_t offset, size_t length) const override;
+
+ private:
+  int m_descriptor = -1;
+  uint64_t m_size = 0;
+};
+
+}  // namespace orvanta::badging

@@ -1,0 +1,56 @@
+// A small stand-in for aapt: reads the badging of an app's package on the device itself, where the tool is
+// not at hand.
+
+#include <errno.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string_view>
+#include <vector>
+
+#include "badging.h"
+
+namespace {
+
+using orvanta::badging::FileSource;
+using orvanta::badging::Output;
+
+constexpr int kUsageError = 2;
+
+int printUsage(Output& errors) {
+  errors << "Usage:\n d[ump] badging file.{apk}\n   Print the label and icon for the app declared in APK.\n";
+  return kUsageError;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Output output(STDOUT_FILENO);
+  Output errors(STDERR_FILENO);
+  std::vector<std::string_view> words;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view word = argv[i];
+    if (i > 1 && words.size() == 1 && word.starts_with('-') && word.size() > 1)
+      continue;  // changes nothing here
+    words.push_back(word);
+  }
+  if (words.empty()) return printUsage(errors);
+  if (!words[0].starts_with('d')) {
+    errors << "ERROR: Unknown command '" << words[0] << "'\n";
+    return printUsage(errors);
+  }
+  if (words.size() < 3) {
+    errors << (words.size() < 2 ? "ERROR: no dump option specified\n" : "ERROR: no dump file specified\n");
+    return 1;
+  }
+  const char* path = words[2].data();
+  struct stat status = {};
+  if (stat(path, &status) != 0 || !(S_ISREG(status.st_mode) || S_ISDIR(status.st_mode))) {
+    errors << "ERROR: dump failed because assets could not be loaded\n";
+    return 1;
+  }
+  FileSource source;
+  if (S_ISREG(status.st_mode)) source.open(path);
+  return orvanta::badging::dump(words[1], source, output, errors);
+}
