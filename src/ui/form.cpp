@@ -1,9 +1,9 @@
 #include "ui/form.h"
 
 #include <QCloseEvent>
-#include <QCoroSignal>
 #include <QHideEvent>
 
+#include "ui/awaited.h"
 #include "ui/twips.h"
 
 namespace orvanta {
@@ -55,7 +55,7 @@ QCoro::Task<> Form::showModal() {
   setWindowModality(Qt::ApplicationModal);
   show();
   activateWindow();
-  if (isVisible()) co_await qCoro(this, &Form::hidden);
+  if (isVisible()) co_await Emitted(this, &Form::hidden);
 }
 
 void Form::hideEvent(QHideEvent* event) {

@@ -1,13 +1,14 @@
 #include "ui/qt_desktop.h"
 
 #include <QApplication>
-#include <QCoroSignal>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
+
+#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 
@@ -71,7 +72,7 @@ QString lineBreaks(QString text) {
 QCoro::Task<QString> answered(QFileDialog* dialog) {
   dialog->setWindowModality(Qt::ApplicationModal);
   dialog->open();
-  co_await qCoro(dialog, &QDialog::finished);
+  co_await Emitted(dialog, &QDialog::finished);
   if (dialog->result() != QDialog::Accepted || dialog->selectedFiles().isEmpty()) co_return QString();
   co_return QDir::toNativeSeparators(dialog->selectedFiles().constFirst());
 }
@@ -89,7 +90,7 @@ QCoro::Task<BoxAnswer> QtDesktop::showBox(MessageBox box) {
   if (yesNo) dialog->setEscapeButton(QMessageBox::No);
   dialog->setWindowModality(Qt::ApplicationModal);
   dialog->open();
-  co_await qCoro(static_cast<QDialog*>(dialog.get()), &QDialog::finished);
+  co_await Emitted(static_cast<QDialog*>(dialog.get()), &QDialog::finished);
   if (!yesNo) co_return BoxAnswer::Ok;
   co_return dialog->result() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
 }

@@ -1,0 +1,45 @@
+#include "inventory/progress.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+QString cleanedCount(const QString& reply) {
+  QString text = reply;
+  return text.remove(u'\r').remove(u'\n').remove(u'*');
+}
+
+std::optional<int> countIn(const QString& AppCountText) {
+  bool isNumber = false;
+  const qint16 count = QStringView(AppCountText).trimmed().toShort(&isNumber, 10);
+  return isNumber ? std::optional<int>(count) : std::nullopt;
+}
+
+QString progressCaption(int apps, const QString& AppCountText) {
+  return u"%1 %2 of %3"_s.arg(SiteBanner, QString::number(apps), AppCountText);
+}
+
+int progressPercent(int apps, const QString& AppCountText) {
+  const auto count = countIn(AppCountText);
+  if (!count || *count == 0) return 0;
+  return static_cast<int>(std::floor(static_cast<double>(apps) / *count * 100));
+}
+
+int progressBarTwips(int percent) {
+  constexpr int twipsPerPercent = 70;
+  constexpr int farBeyondTheEdge = std::numeric_limits<int>::max() / twipsPerPercent;
+  return percent > 1 ? std::min(percent, farBeyondTheEdge) * twipsPerPercent : 0;
+}
+
+void AppTagCounter::feed(const QString& block) {
+  constexpr QStringView tag = u"IP3x";
+  const QString text = m_end + block;
+  m_apps += static_cast<int>(text.count(tag));
+  // No end of the tag is its beginning too, so that a part kept here was not counted.
+  m_end = text.right(tag.size() - 1);
+}
+
+}  // namespace orvanta

@@ -1,0 +1,49 @@
+#include "inventory/shortcomings.h"
+
+#include "inventory/progress.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+constexpr qsizetype longestWords = 300;
+
+/// The last line of the output in which a tool complains; the report of a push is none.
+QString complaintIn(const QList<QString>& words) {
+  for (auto line = words.rbegin(); line != words.rend(); ++line) {
+    const bool report = line->contains(u" pushed"_s) || line->startsWith(u'[') || countIn(*line);
+    if (!report) return line->left(longestWords);
+  }
+  return {};
+}
+
+QString withWords(const QString& sentence, const QString& words) {
+  return words.isEmpty() ? sentence : sentence + u": "_s + words;
+}
+
+}  // namespace
+
+QString shortcomingsOf(const InventoryOutcome& outcome) {
+  if (!outcome.scriptFailure.isEmpty())
+    return withWords(u"无法写入脚本 (The script could not be written)"_s, outcome.scriptFailure);
+  const auto count = countIn(outcome.AppCountText);
+  if (outcome.stopped) return u"已停止，列表不完整 (Stopped: the list is not complete)"_s;
+  const QString complaint = complaintIn(outcome.words);
+  if (outcome.apps == 0 && count == 0) return u"设备上没有应用 (There are no apps on the device)"_s;
+  if (outcome.apps == 0) return withWords(u"没有读到应用 (No app could be read)"_s, complaint);
+  if (count && outcome.apps < *count)
+    return withWords(
+        u"只读到 %1 / %2 个应用 (Only %1 of %2 apps could be read)"_s.arg(outcome.apps).arg(*count),
+        complaint);
+  if (!outcome.anySize)
+    return withWords(u"设备没有给出大小 (The device did not tell the sizes)"_s, complaint);
+  if (!outcome.hasBadgingTool)
+    return u"缺少 aapt-arm-pie，没有应用名称 (aapt-arm-pie is missing beside the program: no app names)"_s;
+  if (!outcome.anyLabel)
+    return withWords(u"设备没有给出应用名称 (The device did not tell the app names)"_s, complaint);
+  return {};
+}
+
+}  // namespace orvanta

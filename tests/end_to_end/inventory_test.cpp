@@ -1,0 +1,137 @@
+#include <QTest>
+
+#include "inventory/installed_apps.h"
+#include "support/virtual_headset.h"
+#include "ui/main_window_fixture.h"
+
+using namespace Qt::StringLiterals;
+using namespace orvanta;
+
+namespace {
+
+/// Stands for the program that prints badgings on the headset, and takes its time: every path has a label of
+/// its own.
+class LabelTool {
+ public:
+  LabelTool() {
+    QFile tool(path());
+    if (tool.open(QIODevice::WriteOnly))
+      tool.write("#!/system/bin/sh\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
+  }
+  ~LabelTool() { QFile::remove(path()); }
+  Q_DISABLE_COPY_MOVE(LabelTool)
+
+ private:
+  static QString path() { return QCoreApplication::applicationDirPath() + u"/aapt-arm-pie"_s; }
+};
+
+struct Window : MainWindowFixture {
+  Window() {
+    form->Timer3->stop();
+    form->objDOS = std::make_unique<DOSOutputs>(*form, &form->turn());
+    form->show();
+    form->Command9->click();
+  }
+  bool opens() {
+    return QTest::qWaitFor([this] { return apps.window().isVisible(); }, 60000);
+  }
+  FlexGrid& grid() { return *apps.window().MSFlexGrid1; }
+  QString notice() { return apps.window().lblNotice->text(); }
+
+  InstalledApps apps{*form};
+};
+
+}  // namespace
+
+class InventoryTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() { m_headset = std::make_unique<test::VirtualHeadset>(); }
+  void cleanup() { m_headset.reset(); }
+
+  void everyAppWithItsFigures() {
+    const LabelTool tool;
+    QCOMPARE(m_headset->start({.apps = 12}), QString());
+    const auto packages = m_headset->packages();
+    m_headset->clearLog();
+    Window window;
+    QVERIFY(!window.form->isVisible() && window.apps.progress().isVisible());
+    QVERIFY(window.opens());
+    QVERIFY(!window.apps.progress().isVisible() && !window.form->turn().taken());
+    QCOMPARE(window.notice(), QString());
+    QCOMPARE(window.grid().Rows(), packages.size() + 1);
+    int sized = 0;
+    for (int row = 1; row < window.grid().Rows(); ++row) {
+      window.grid().setRow(row);
+      const QString package = window.apps.window().SelectedPackage();
+      QVERIFY2(packages.contains(package), qPrintable(package));
+      const test::HeadsetPackage& known = packages[package];
+      QCOMPARE(window.grid().TextMatrix(row, ColBuild), QString::number(known.versionCode));
+      if (!known.isInstalled) continue;
+      QCOMPARE(window.grid().TextMatrix(row, ColVersion), known.versionName + u'\r');
+      QVERIFY(window.grid().TextMatrix(row, ColAppName).contains(package));
+      sized += window.grid().TextMatrix(row, ColUsedSpace) != u"0.0\r"_s;
+    }
+    QVERIFY(sized > 3);
+    QCOMPARE(window.grid().TextMatrix(1, ColOrder), u"1"_s);
+    // The count, the tool, and everything else.
+    const QStringList services = m_headset->services();
+    QCOMPARE(services.filter(u"shell"_s).size(), 2);
+    QVERIFY2(services.size() <= 4, qPrintable(services.join(u'\n')));
+    QVERIFY(window.apps.progress().barTwips() >= 7000);
+  }
+
+  void opensOnce() {
+    QCOMPARE(m_headset->start({.apps = 1}), QString());
+    Window window;
+    QVERIFY(window.opens());
+    QVERIFY(window.notice().contains(u"aapt-arm-pie"_s));
+    window.apps.window().close();
+    QVERIFY(window.form->isVisible() && !window.form->Command9->isEnabled());
+    QVERIFY(window.module.InstalledAppsClosed);
+    window.form->Command9->setEnabled(true);
+    window.form->Command9->click();
+    QVERIFY(!window.form->turn().taken() && window.form->isVisible());
+  }
+
+  void noDevice() {
+    QCOMPARE(m_headset->start(), QString());
+    m_headset->stop();
+    QVERIFY(m_headset->waitForState(QString()));
+    Window window;
+    QVERIFY(window.opens());
+    QCOMPARE(window.grid().Rows(), 1);
+    QVERIFY2(window.notice().contains(u"no devices"_s), qPrintable(window.notice()));
+  }
+
+  void deviceGoneInTheMiddle() {
+    const LabelTool tool;
+    QCOMPARE(m_headset->start({.apps = 12}), QString());
+    Window window;
+    connect(window.apps.window().objDOS.get(), &DOSOutputs::ReceiveOutputs, this,
+            [this](const QString& block) {
+              if (block.contains(u"IP3x"_s)) m_headset->setFault(u"state"_s, u"gone"_s);
+            });
+    QVERIFY(window.opens());
+    QVERIFY(window.grid().Rows() > 1 && window.grid().Rows() < 13);
+    QVERIFY2(window.notice().contains(u"could be read"_s), qPrintable(window.notice()));
+    QVERIFY(window.apps.window().isEnabled());
+  }
+
+  void stopped() {
+    QCOMPARE(m_headset->start({.apps = 3}), QString());
+    m_headset->setFault(u"latency_ms"_s, u"20000"_s);
+    Window window;
+    QTest::qWait(400);
+    QVERIFY(!window.apps.progress().close());
+    QVERIFY(window.opens());
+    QVERIFY(window.notice().contains(u"Stopped"_s));
+  }
+
+ private:
+  std::unique_ptr<test::VirtualHeadset> m_headset;
+};
+
+QTEST_MAIN(InventoryTest)
+#include "inventory_test.moc"
