@@ -18,7 +18,9 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_uninstall(m_apkinfo),
       m_Form1(m_apkinfo),
       m_devicePanel(m_apkinfo),
-      m_adbRow(m_apkinfo) {
+      m_adbRow(m_apkinfo),
+      m_installedApps(m_apkinfo),
+      m_permissionManager(m_apkinfo, m_installedApps.window()) {
   QObject::connect(m_apkinfo.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
   // While the main window is not on the screen, a tool that takes long shows on the splash.
   Turn& turn = m_apkinfo.turn();
@@ -47,11 +49,13 @@ void Application::Command8_Click() {
 }
 
 QCoro::Task<> Application::showTip() {
-  co_return;
+  Form7 tip(m_settings);
+  co_await tip.showModal();
 }
 
 QCoro::Task<> Application::runFirstRunDialog() {
-  co_return;
+  const auto entry = FileManagerEntry::create();
+  co_await FirstRun(m_apkinfo, *entry);
 }
 
 QCoro::Task<> Application::readBadging() {
@@ -63,7 +67,7 @@ QCoro::Task<> Application::StorageReport() {
 }
 
 QCoro::Task<> Application::showIcon() {
-  co_return;
+  return orvanta::showIcon(m_apkinfo);
 }
 
 QCoro::Task<> Application::showInstalledBuild() {

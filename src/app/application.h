@@ -12,8 +12,10 @@
 #include "device/device_panel.h"
 #include "install/install_workflow.h"
 #include "install/uninstall_workflow.h"
+#include "inventory/installed_apps.h"
 #include "monitor/device_watcher.h"
 #include "permissions/manifest_permissions.h"
+#include "permissions/permission_manager.h"
 
 namespace orvanta {
 
@@ -29,6 +31,7 @@ class Application : private StartupSteps {
 
   apkinfo& mainWindow() { return m_apkinfo; }
   InstallWorkflow& install() { return m_install; }
+  InstalledApps& installedApps() { return m_installedApps; }
   DeviceWatcher& watcher() { return m_watcher; }
   Form9& splash() { return m_Form9; }
 
@@ -54,6 +57,9 @@ class Application : private StartupSteps {
   Form1 m_Form1;
   DevicePanel m_devicePanel;
   AdbRow m_adbRow;
+  InstalledApps m_installedApps;
+  // Its window is a child of the list's, and goes first.
+  PermissionManager m_permissionManager;
 };
 
 }  // namespace orvanta

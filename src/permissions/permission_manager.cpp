@@ -1,0 +1,272 @@
+#include "permissions/permission_manager.h"
+
+#include <QKeyEvent>
+#include <QScreen>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <utility>
+
+#include "core/main_window.h"
+#include "core/tools.h"
+#include "inventory/apps_form.h"
+#include "ui/twips.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+constexpr int widthTwips = 8400;
+constexpr int rowsTopTwips = 600;
+constexpr int rowPitchTwips = 720;
+constexpr int rowHeightTwips = 735;
+constexpr int leastHeight = 160;
+constexpr int titleBarRoom = 40;
+constexpr int margin = 8;
+constexpr int lineHeight = 17;
+
+QString noticeOf(const RuntimePermissions& permissions, const QString& reply) {
+  if (permissions.RuntimePermCount > Form8::rows) {
+    return u"只显示前 %1 项，共 %2 项 (Only the first %1 of %2 are shown)"_s.arg(
+        QString::number(Form8::rows), QString::number(permissions.RuntimePermCount));
+  }
+  if (permissions.RuntimePermCount > 0) return {};
+  if (knowsPackage(reply)) return u"该应用没有运行时权限 (This app has no runtime permissions)"_s;
+  const QString words = tellingLine(reply);
+  return words.isEmpty() ? u"头显没有回答 (The headset gave no answer)"_s : words;
+}
+
+}  // namespace
+
+Form8::Form8(apkinfo& owner, QWidget* above)
+    : Form(u"Form8"_s, widthTwips, fullHeight, above),
+      lblApp(new Label(u"lblApp"_s, this)),
+      lblNotice(new Label(u"lblNotice"_s, this)),
+      busyStrip(new BusyStrip(this)),
+      m_apkinfo(owner),
+      m_view(new QScrollArea(this)),
+      m_rows(new QWidget) {
+  setWindowTitle(u"Manage permissions"_s);
+  QFont bold = font();
+  bold.setBold(true);
+  lblApp->setFont(bold);
+  createRows();
+  Command1 = new Button(u"Command1"_s, u"Done"_s,
+                        u"关闭窗口，更改已经生效 (Close; changes are already made)"_s, this);
+  connect(Command1, &QPushButton::clicked, this, &Form8::Command1_Click);
+  connect(this, &Form::hidden, this, &Form8::startAfresh);
+  Turn& turn = owner.turn();
+  connect(busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
+  connect(&turn, &Turn::toolStarted, busyStrip, &BusyStrip::begin);
+  connect(&turn, &Turn::ended, busyStrip, &BusyStrip::end);
+  connect(busyStrip, &BusyStrip::inViewChanged, this, [this] {
+    lblApp->setVisible(!busyStrip->inView());
+    lblNotice->setVisible(!busyStrip->inView());
+  });
+}
+
+void Form8::createRows() {
+  for (int i = 1; i <= rows; ++i) {
+    const auto row = static_cast<size_t>(i);
+    Frame1[row] = new Frame(u"Frame1_%1"_s.arg(i), QString(), m_rows);
+    Label1[row] = new Label(u"Label1_%1"_s.arg(i), Frame1[row]);
+    Check1[row] = new CheckBox(u"Check1_%1"_s.arg(i), u"Permission Granted"_s, QString(), Frame1[row]);
+    // Not by its click: a screen reader changes a check box without one.
+    connect(Check1[row], &QCheckBox::toggled, this, [this, i] { Check1_Click(i); });
+  }
+  m_rows->installEventFilter(this);
+  m_view->setFrameShape(QFrame::NoFrame);
+  m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  m_view->setFocusPolicy(Qt::NoFocus);
+  m_view->setWidgetResizable(true);
+  m_view->setWidget(m_rows);
+}
+
+void Form8::Form_Load(const QString& label, const QString& package, const RuntimePermissions& permissions) {
+  startAfresh();
+  m_package = package;
+  m_permissions = permissions;
+  lblApp->setCaption(label.isEmpty() || label == package ? package : u"%1  ·  %2"_s.arg(label, package));
+  lblApp->setToolTip(lblApp->Caption());
+  const int shown = qMin(permissions.RuntimePermCount, rows);
+  for (int i = shown + 1; i <= rows; ++i) {
+    Frame1[static_cast<size_t>(i)]->hide();
+    setHeight(Height() - heightOfRow);
+  }
+  for (int i = 1; i <= shown; ++i) {
+    const auto row = static_cast<size_t>(i);
+    const QString& name = permissions.RuntimePermNames[row];
+    Label1[row]->setCaption(name);
+    Label1[row]->setToolTip(name);
+    Frame1[row]->setAccessibleName(name);
+    Check1[row]->setAccessibleName(u"Permission Granted: "_s + name);
+    const QSignalBlocker isNoClick(Check1[row]);
+    Check1[row]->setValue(permissions.RuntimePermStates[row].toInt());
+  }
+  m_rows->setFixedHeight(shown > 0 ? pixels(rowPitchTwips * (shown - 1) + rowHeightTwips) : 0);
+  m_view->verticalScrollBar()->setValue(0);
+  fitToScreen();
+  (shown > 0 ? static_cast<QWidget*>(Check1[1]) : Command1)->setFocus();
+}
+
+void Form8::fitToScreen() {
+  // With all its rows it is higher than many a screen; there the rows scroll.
+  setMinimumHeight(qMin(height(), leastHeight));
+  if (isMaximized()) return;
+  resize(width(), qMin(height(), screen()->availableGeometry().height() - titleBarRoom));
+}
+
+void Form8::startAfresh() {
+  for (int i = 1; i <= rows; ++i) {
+    const auto row = static_cast<size_t>(i);
+    Frame1[row]->show();
+    Label1[row]->setCaption(QString());
+    const QSignalBlocker isNoClick(Check1[row]);
+    Check1[row]->setValue(0);
+  }
+  m_permissions = RuntimePermissions();
+  m_package.clear();
+  setNotice(QString());
+  setHeight(fullHeight);
+}
+
+void Form8::setNotice(const QString& notice) {
+  lblNotice->setCaption(notice.isEmpty() ? notice : u"⚠ "_s + notice);
+  lblNotice->setToolTip(notice);
+  arrangeHeading();
+}
+
+QCoro::Task<> Form8::Check1_Click(int Index) {
+  const auto turn = m_apkinfo.turn().begin();
+  if (!turn) {
+    putBack(Index);
+    setNotice(
+        u"还有操作在进行，这次点击没有执行 (Something is still running: this click was not carried out)"_s);
+    co_return;
+  }
+  objDOS = std::make_unique<DOSOutputs>(m_apkinfo, &m_apkinfo.turn());
+  setNotice(QString());
+  const QString name = m_permissions.RuntimePermNames[static_cast<size_t>(Index)];
+  if (!isChangeable(m_package, name)) {
+    putBack(Index);
+    const QString told =
+        u"名称不可用，没有更改 (No usable name: nothing was changed): "_s + m_package + u' ' + name;
+    setNotice(told);
+    m_apkinfo.say(told);
+    co_return;
+  }
+  const bool grant = Check1[static_cast<size_t>(Index)]->Value() == 1;
+  const Host host = Host::current();
+  const QString line = grant ? grantLine(host, m_package, name) : revokeLine(host, m_package, name);
+  objDOS->setCommandLine(line);
+  const QString reply = co_await objDOS->ExecuteCommand();
+  // The check box stays as the user left it; a device that has nothing to object says nothing.
+  if (!isVisible()) co_return;
+  const QString words = tellingLine(reply);
+  if (m_apkinfo.turn().stopped()) {
+    setNotice(u"已停止，结果未知 (Stopped: the outcome is not known): "_s + name);
+  } else if (!words.isEmpty()) {
+    setNotice(u"头显 (Headset): "_s + words);
+  }
+}
+
+void Form8::putBack(int Index) {
+  CheckBox* box = Check1[static_cast<size_t>(Index)];
+  const QSignalBlocker isNoClick(box);
+  box->setValue(1 - box->Value());
+}
+
+void Form8::Command1_Click() {
+  hide();
+}
+
+bool Form8::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_rows && event->type() == QEvent::Resize) arrangeRows();
+  return Form::eventFilter(watched, event);
+}
+
+void Form8::arrangeRows() {
+  for (int i = 1; i <= rows; ++i) {
+    const auto row = static_cast<size_t>(i);
+    Frame1[row]->setGeometry(margin, pixels(rowPitchTwips * (i - 1)), m_rows->width() - 2 * margin,
+                             pixels(rowHeightTwips));
+    const QRect area = Frame1[row]->contentArea();
+    const int box = Check1[row]->sizeHint().width();
+    Check1[row]->setGeometry(area.right() + 1 - box, area.y(), box, area.height());
+    Label1[row]->setGeometry(area.adjusted(0, 0, -box - margin, 0));
+  }
+}
+
+void Form8::arrangeHeading() {
+  const int top = pixels(rowsTopTwips);
+  const QSize button = Command1->sizeHint();
+  Command1->setGeometry(width() - margin - button.width(), (top - button.height()) / 2, button.width(),
+                        button.height());
+  const int beside = Command1->x() - 2 * margin;
+  const int lines = lblNotice->Caption().isEmpty() ? 1 : 2;
+  lblApp->setGeometry(margin, (top - lines * lineHeight) / 2, beside, lineHeight);
+  lblNotice->setGeometry(margin, top / 2, beside, lineHeight);
+  busyStrip->setGeometry(margin, Command1->y(), beside, button.height());
+}
+
+void Form8::resizeEvent(QResizeEvent* event) {
+  Form::resizeEvent(event);
+  if (Command1 == nullptr) return;
+  arrangeHeading();
+  m_view->setGeometry(0, pixels(rowsTopTwips), width(), height() - pixels(rowsTopTwips) - margin);
+}
+
+void Form8::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    Command1_Click();
+}
+
+PermissionManager::PermissionManager(apkinfo& form, Form4& apps)
+    : m_form(form), m_Form4(apps), m_Form8(form, &apps) {
+  connect(apps.mnu_Permissions, &QAction::triggered, this, &PermissionManager::mnu_Permissions_Click);
+  // The flag is left set behind the window. The console it silences is the main window's, which comes back
+  // with the end of the list.
+  connect(&apps, &Form4::unloaded, this, [this] { m_form.module().CommandBusy = false; });
+}
+
+QCoro::Task<> PermissionManager::mnu_Permissions_Click() {
+  // The menu can have been open already when the window came.
+  if (std::exchange(m_open, true)) co_return;
+  // While the headset is asked, the pointer goes on over the list and takes the current row with it.
+  const QString label = m_Form4.CellText(ColAppName).trimmed();
+  const QString package = m_Form4.SelectedPackage();
+  const bool loaded = co_await load(label, package);
+  if (loaded) {
+    m_form.module().CommandBusy = true;
+    co_await m_Form8.showModal();
+  }
+  m_open = false;
+}
+
+QCoro::Task<bool> PermissionManager::load(QString label, QString package) {
+  const auto turn = m_form.turn().begin();
+  if (!turn) co_return false;
+  m_form.module().CommandBusy = false;
+  QString reply;
+  const bool fit = !package.isEmpty() && isFitPackageName(package);
+  if (fit) {
+    m_Form4.objDOS->setCommandLine(permissionReportLine(Host::current(), package));
+    reply = co_await m_Form4.objDOS->ExecuteCommand();
+    // Half a list would pass for the whole, and behind a closed window nobody waits for one.
+    if (m_form.turn().stopped() || !m_Form4.isVisible()) co_return false;
+  }
+  const RuntimePermissions permissions = readRuntimePermissions(reply);
+  m_Form8.Form_Load(label, package, permissions);
+  if (fit) {
+    m_Form8.setNotice(noticeOf(permissions, reply));
+  } else {
+    const QString told =
+        u"没有可用的包名，没有询问头显 (No usable package name: the headset was not asked): "_s + package;
+    m_Form8.setNotice(told);
+    m_form.say(told);
+  }
+  co_return true;
+}
+
+}  // namespace orvanta
