@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QCoroTask>
+#include <QObject>
+
+#include "operations/menu_context.h"
+
+namespace orvanta {
+
+/// The entries "Backup APK" and "Backup APK + OBB": copy the installed package to a file that the user names,
+/// and its expansion files to a folder beside it, from which the install finds them again.
+class PackageBackup : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit PackageBackup(MenuContext& menu);
+
+  QCoro::Task<> mnu_backup_apk_Click();
+  QCoro::Task<> mnu_backup_apk_obb_Click();
+
+ private:
+  QCoro::Task<QString> savePackage(QString package, QString pathErrorTitle, bool folderFollows);
+  QCoro::Task<> saveExpansionFiles(QString package, QString target);
+  QCoro::Task<QString> SaveApkDialog(QString DefaultName, QString InitialFolder, QString folderName);
+  QCoro::Task<bool> maySave(QString target, QString folderName);
+
+  MenuContext& m_menu;
+};
+
+}  // namespace orvanta
