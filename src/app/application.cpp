@@ -20,6 +20,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_devicePanel(m_apkinfo),
       m_adbRow(m_apkinfo),
       m_installedApps(m_apkinfo),
+      m_operations(m_apkinfo, m_installedApps.window()),
       m_permissionManager(m_apkinfo, m_installedApps.window()) {
   QObject::connect(m_apkinfo.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
   // While the main window is not on the screen, a tool that takes long shows on the splash.

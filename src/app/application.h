@@ -14,6 +14,7 @@
 #include "install/uninstall_workflow.h"
 #include "inventory/installed_apps.h"
 #include "monitor/device_watcher.h"
+#include "operations/app_operations.h"
 #include "permissions/manifest_permissions.h"
 #include "permissions/permission_manager.h"
 
@@ -58,6 +59,7 @@ class Application : private StartupSteps {
   DevicePanel m_devicePanel;
   AdbRow m_adbRow;
   InstalledApps m_installedApps;
+  AppOperations m_operations;
   // Its window is a child of the list's, and goes first.
   PermissionManager m_permissionManager;
 };

@@ -68,6 +68,12 @@ QString lineBreaks(QString text) {
   return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
 }
 
+/// Where a dialog opens; a suggestion without a folder leaves that to the dialog.
+QString suggestedFolder(const QString& path) {
+  const QFileInfo info(path);
+  return info.fileName() == path ? QString() : info.path();
+}
+
 /// The first selected path of a file dialog, or nothing.
 QCoro::Task<QString> answered(QFileDialog* dialog) {
   dialog->setWindowModality(Qt::ApplicationModal);
@@ -96,7 +102,7 @@ QCoro::Task<BoxAnswer> QtDesktop::showBox(MessageBox box) {
 }
 
 QCoro::Task<QString> QtDesktop::askSaveFile(SaveFileQuestion question) {
-  const Held dialog(new QFileDialog(topWindow(), question.title, QFileInfo(question.suggestedPath).path()));
+  const Held dialog(new QFileDialog(topWindow(), question.title, suggestedFolder(question.suggestedPath)));
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setOption(QFileDialog::DontConfirmOverwrite);
