@@ -161,8 +161,8 @@ template <typename Visit>
 void ResourceTable::forEachChunk(Visit visit) const {
   for (const auto& package : m_packages) {
     for (const auto& specs : package->types) {
-      for (const TypeSpec& spec : specs) {
-        for (const TypeChunk& chunk : spec.chunks) visit(chunk);
+      for (const TypeSpec& typeSpec : specs) {
+        for (const TypeChunk& chunk : typeSpec.chunks) visit(chunk);
       }
     }
   }
@@ -228,10 +228,10 @@ ResourceTable::Found ResourceTable::find(Value& value, const Request& request) {
   if (package->types[type].empty()) return Found::Unusable;
   const TypeChunk* best = nullptr;
   uint32_t bestOffset = kNoEntry;
-  for (const TypeSpec& spec : package->types[type]) {
-    if (entryIndex >= spec.entryCount) continue;
-    if (!m_work.spend(1 + static_cast<int64_t>(spec.chunks.size()))) return Found::Nothing;
-    for (const TypeChunk& chunk : spec.chunks) {
+  for (const TypeSpec& typeSpec : package->types[type]) {
+    if (entryIndex >= typeSpec.entryCount) continue;
+    if (!m_work.spend(1 + static_cast<int64_t>(typeSpec.chunks.size()))) return Found::Nothing;
+    for (const TypeChunk& chunk : typeSpec.chunks) {
       if (!chunk.config.matches(request)) continue;
       const uint32_t offset = entryOffset(chunk.bytes, entryIndex);
       if (offset == kNoEntry || (best && !chunk.config.isBetterThan(best->config, request))) continue;

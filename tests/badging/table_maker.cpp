@@ -137,7 +137,7 @@ QByteArray makeTable(const QList<TableVersion>& versions, TableForm form, int ho
   QByteArray specHeader;
   add<quint32>(specHeader, 2);
   add<quint32>(specHeader, kEntryCount);
-  const QByteArray spec = chunk(0x0202, specHeader, QByteArray(4 * kEntryCount, '\0'));
+  const QByteArray typeSpec = chunk(0x0202, specHeader, QByteArray(4 * kEntryCount, '\0'));
 
   const QByteArray typeNames = stringPool({QStringLiteral("attr"), QStringLiteral("string")});
   const QByteArray keyNames = stringPool({QStringLiteral("key")});
@@ -152,7 +152,7 @@ QByteArray makeTable(const QList<TableVersion>& versions, TableForm form, int ho
   QByteArray header;
   add<quint32>(header, 1);
   return chunk(0x0002, header,
-               stringPool(strings) + chunk(0x0200, packageHeader, typeNames + keyNames + spec + types));
+               stringPool(strings) + chunk(0x0200, packageHeader, typeNames + keyNames + typeSpec + types));
 }
 
 }  // namespace orvanta::test
