@@ -74,6 +74,7 @@ Form4::Form4(CommandReports& reports, Turn& turn)
   connect(tmrSearch, &QTimer::timeout, this, &Form4::tmrSearch_Timer);
   connect(busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
   connect(&turn, &Turn::toolStarted, busyStrip, &BusyStrip::begin);
+  connect(&turn, &Turn::toolEnded, busyStrip, &BusyStrip::pause);
   connect(&turn, &Turn::ended, busyStrip, &BusyStrip::end);
   connect(busyStrip, &BusyStrip::inViewChanged, this,
           [this] { lblNotice->setVisible(!busyStrip->inView()); });

@@ -21,6 +21,9 @@ class DeviceWatcher : public QObject {
  public:
   explicit DeviceWatcher(apkinfo& form);
 
+  /// Whether a poll is under way.
+  bool polling() const { return m_polling; }
+
   /// One poll. Returns at once while `WatcherHold` stands, a handler has the turn, or a poll is under way.
   QCoro::Task<> Timer3_Timer();
 

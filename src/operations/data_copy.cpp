@@ -63,7 +63,10 @@ QCoro::Task<> DataCopy::mnu_Restore_Click() {
     co_return;
   }
   co_await push(package, copy);
-  co_await m_menu.showInformation(m_menu.told(), u"备份还原"_s);
+  QString told = m_menu.told();
+  if (m_menu.form().turn().stopped())
+    told += u"\r\n还原没有完成，请再做一次 (The restore is not complete: repeat it)"_s;
+  co_await m_menu.showInformation(told, u"备份还原"_s);
 }
 
 QCoro::Task<> DataCopy::push(QString package, QString copy) {

@@ -119,7 +119,7 @@ QCoro::Task<bool> PackageBackup::maySave(QString target, QString folderName) {
     co_await m_menu.showError(problem);
     co_return false;
   }
-  if (!info.exists()) co_return true;
+  if (!info.exists() && !info.isSymLink()) co_return true;
   MessageBox box;
   box.title = dialogTitle;
   box.text = info.fileName() + u" 已存在。\r\n要替换它吗？\r\n\r\n(The file exists already. Replace it?)"_s;

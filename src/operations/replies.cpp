@@ -54,7 +54,10 @@ bool saysRemoteMissing(const QString& reply) {
 }
 
 bool saysUninstalled(const QString& reply) {
-  const QString text = withoutServerNotes(reply);
+  // The tool may have waited for the cable first.
+  static const QString waited = u"- waiting for device -\r\n"_s;
+  const qsizetype wait = reply.indexOf(waited);
+  const QString text = withoutServerNotes(wait < 0 ? reply : reply.mid(wait + waited.size()));
   return text.startsWith("Success"_L1) || text.left(7) == u"完成     "_s;
 }
 
@@ -69,7 +72,8 @@ bool saysNoActivity(const QString& reply) {
 DeviceSizes sizesIn(const QString& reply) {
   DeviceSizes sizes;
   sizes.answered = true;
-  for (const QStringView line : QStringView(reply).split(u'\n')) {
+  const QString told = withoutServerNotes(reply);
+  for (const QStringView line : QStringView(told).split(u'\n')) {
     const QStringView text = line.trimmed();
     if (text.isEmpty()) continue;
     bool isNumber = false;

@@ -55,6 +55,7 @@ QCoro::Task<PullOutcome> pullSafely(MenuContext& menu, PullTask task) {
     const PullProgress progress(menu.strips(), task.place, expected.known() ? expected.bytes : 0);
     co_await menu.execute(task.line);
   }
+  bool compared = true;
   outcome.complete = saysPulled(menu.LastReply, task, expected);
   if (outcome.complete) {
     const LocalSizes here = localSizes(task.place);
@@ -63,26 +64,33 @@ QCoro::Task<PullOutcome> pullSafely(MenuContext& menu, PullTask task) {
       const DeviceSizes now = co_await askSizes(menu, task.remotePath);
       if (now.known() || !expected.known()) expected = now;
     }
-    if (expected.known() && !isSame(expected, here)) {
+    // What the device could not let be read, the tool could not bring either: the rest must be the same.
+    const bool comparable = expected.answered && (expected.known() || expected.files > 0);
+    if (comparable && !isSame(expected, here)) {
       outcome.complete = false;
       outcome.notes = u"大小不一致 (The sizes differ)\r\n设备 (headset): "_s +
                       figures(expected.files, expected.bytes, task.isFolder) + u"\r\n备份 (backup): "_s +
                       figures(here.files, here.bytes, task.isFolder) + u"\r\n"_s;
-    } else if (expected.files > 0 && !expected.known()) {
+    } else if (comparable && !expected.known()) {
       outcome.notes =
           u"设备上有读不到的内容，备份里没有 (The headset does not let some of it be read; the "
           "backup lacks that):\r\n"_s +
           expected.complaints;
+    } else if (!comparable) {
+      compared = false;
+      outcome.notes = u"大小无法核对 (The size could not be compared)\r\n"_s;
     }
   }
   if (!outcome.complete) {
     const QString left = co_await copy.undo();
     outcome.notes += left;
     outcome.asBefore = copy.isAsBefore();
-  } else if (!task.isFolder) {
+  } else if (!task.isFolder && compared) {
     copy.dropEarlierFile();
   } else if (!copy.earlier().isEmpty()) {
-    menu.form().say(u"原有的文件夹保存为 (The earlier folder is kept as): "_s + copy.earlier());
+    const QString kept = u"原有的备份保存为 (The earlier copy is kept as): "_s + copy.earlier();
+    menu.form().say(kept);
+    menu.window().setNotice(kept);
   }
   co_return outcome;
 }

@@ -10,7 +10,7 @@ namespace orvanta {
 
 namespace {
 
-constexpr qint64 pullInterval = 400;   // milliseconds
+constexpr qint64 pullInterval = 200;   // milliseconds
 constexpr qint64 pushInterval = 2000;  // milliseconds
 // A folder of very many files takes its time to be counted; the window has most of the time for itself.
 constexpr qint64 restPerWork = 20;

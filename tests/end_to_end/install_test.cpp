@@ -278,7 +278,7 @@ class InstallTest : public QObject {
       QCOMPARE(m_program->form().Label1->Caption(), QString());
       QCOMPARE(m_program->form().ApkPath, path);
       QVERIFY(m_program->desktop.boxes.isEmpty());
-      m_program->application.reset();
+      m_program->end();
     }
   }
 };

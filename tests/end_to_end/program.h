@@ -14,6 +14,10 @@ namespace orvanta {
 /// The whole program with its real windows and tools, beside a virtual headset of its own.
 class Program {
  public:
+  Program() = default;
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
   /// Starts the headset. The reason on failure, else an empty text.
   QString startHeadset() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
@@ -29,6 +33,17 @@ class Program {
     application->start(commandText);
     return QTest::qWaitFor([this] { return form().isVisible(); }, 30'000) &&
            QTest::qWaitForWindowActive(&form());
+  }
+
+  ~Program() { end(); }
+
+  /// Ends the program, once no poll is under way that would come back to it.
+  void end() {
+    if (!application) return;
+    form().Timer3->stop();
+    Q_EMIT form().closing();
+    (void)QTest::qWaitFor([this] { return !application->watcher().polling(); }, 10'000);
+    application.reset();
   }
 
   apkinfo& form() { return application->mainWindow(); }

@@ -1,9 +1,12 @@
 // The headset as the unmodified adb sees it: shell, files, several streams at once.
 
+#include <elf.h>
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTcpSocket>
 #include <QTest>
 
@@ -55,6 +58,7 @@ class HeadsetAdbTest : public QObject {
   void linksOfTheHeadsetDoNotLeadOut();
   void severalStreamsAtOnce();
   void inputReachesTheShell();
+  void programsOfOtherProcessorsRun();
   void oldProtocols();
   void servicesAreLogged();
   void strangersDoNoHarm();
@@ -267,6 +271,50 @@ void HeadsetAdbTest::inputReachesTheShell() {
   QVERIFY(run.waitForFinished());
   QCOMPARE(run.readAllStandardOutput(), QByteArray("done\n"));
   QVERIFY(m_headset.readDeviceFile(u"/sdcard/input"_s) == content);
+}
+
+void HeadsetAdbTest::programsOfOtherProcessorsRun() {
+  if (QStandardPaths::findExecutable(u"qemu-aarch64-static"_s).isEmpty())
+    QSKIP("there is no emulator of a headset's processor (Debian: qemu-user-static)");
+  // The smallest program for aarch64: it ends with the number of its arguments as exit code.
+  constexpr quint32 code[] = {0xf94003e0, 0xd2800ba8, 0xd4000001};  // ldr x0, [sp]; mov x8, #93; svc #0
+  constexpr quint64 base = 0x400000;
+  constexpr quint64 headers = sizeof(Elf64_Ehdr) + sizeof(Elf64_Phdr);
+  constexpr quint64 size = headers + sizeof code;
+  const Elf64_Ehdr header{{0x7f, 'E', 'L', 'F', ELFCLASS64, ELFDATA2LSB, EV_CURRENT},
+                          ET_EXEC,
+                          EM_AARCH64,
+                          EV_CURRENT,
+                          base + headers,
+                          sizeof(Elf64_Ehdr),
+                          0,
+                          0,
+                          sizeof(Elf64_Ehdr),
+                          sizeof(Elf64_Phdr),
+                          1,
+                          0,
+                          0,
+                          0};
+  const Elf64_Phdr segment{PT_LOAD, PF_R | PF_X, 0, base, base, size, size, 0x10000};
+  QByteArray program(reinterpret_cast<const char*>(&header), sizeof header);
+  program.append(reinterpret_cast<const char*>(&segment), sizeof segment);
+  program.append(reinterpret_cast<const char*>(code), sizeof code);
+
+  const QString local = m_headset.workPath(u"it's $a program"_s);
+  const QString remote = u"/data/local/tmp/it's $a program"_s;
+  QVERIFY(writeFile(local, program));
+  QCOMPARE(m_headset.adb({u"push"_s, local, remote}).exitCode, 0);
+  const QString run = u"cd /data/local/tmp; f=\"it's \\$a program\"; chmod 0755 \"$f\" && "_s;
+  const AdbReply ran = m_headset.adb({u"shell"_s, run + u"\"./$f\" 'two words' '*'"_s});
+  QVERIFY2(ran.exitCode == 3, qPrintable(ran.errors));
+  QCOMPARE(m_headset.adb({u"shell"_s, run + u"ln -s \"$f\" link && ./link"_s}).exitCode, 1);
+  const AdbReply pulled = m_headset.adb({u"pull"_s, remote, local + ".back"_L1});
+  QVERIFY2(pulled.exitCode == 0, qPrintable(pulled.output));
+  QCOMPARE(readFile(local + ".back"_L1), program);
+  // A program that is cut short does not stand in the way of the shell.
+  QVERIFY(m_headset.writeDeviceFile(u"/data/local/tmp/cut"_s, program.left(18)));
+  QVERIFY(m_headset.writeDeviceFile(u"/data/local/tmp/no headers"_s, program.left(sizeof header)));
+  QCOMPARE(m_headset.adb({u"shell"_s, u"echo well"_s}).output, u"well\n"_s);
 }
 
 void HeadsetAdbTest::oldProtocols() {
