@@ -1,12 +1,15 @@
 #include "sandbox.h"
 
+#include <elf.h>
 #include <unistd.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <cstring>
 
 namespace orvanta::headset {
 
@@ -58,6 +61,97 @@ constexpr QByteArrayView kShellStart =
     "unset name\n";
 constexpr QByteArrayView kShellStartFile = "/system/etc/mkshrc";
 
+constexpr const char* kProgramFolder = "/data/local/tmp";
+// Every shell looks at them anew, so a folder full of other things must not slow it down.
+constexpr int kMostFilesLookedAt = 200;
+// In the shell's own /dev, the one folder where mount points leave nothing behind in the headset's tree.
+constexpr QByteArrayView kEmulatorFolder = "/dev/emulator/";
+
+struct Emulator {
+  int machine;
+  const char* name;
+};
+
+/// Headers of an ELF file in this machine's byte order; no machine if it is none.
+struct ElfFile {
+  int machine = EM_NONE;
+  bool isStatic = false;
+};
+
+template <typename Header, typename Segment>
+ElfFile readElf(const QByteArray& start) {
+  Header header;
+  std::memcpy(&header, start.constData(), sizeof header);
+  ElfFile elf{header.e_machine, true};
+  const auto size = static_cast<quint64>(start.size());
+  auto at = static_cast<quint64>(header.e_phoff);
+  for (int i = 0; i < header.e_phnum && at <= size && size - at >= sizeof(Segment); ++i) {
+    Segment segment;
+    std::memcpy(&segment, start.constData() + at, sizeof segment);
+    at += sizeof segment;
+    if (segment.p_type == PT_INTERP) elf.isStatic = false;
+  }
+  return elf;
+}
+
+ElfFile readElf(const QString& path) {
+  constexpr qint64 block = 4096;
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray start = file.read(block);
+  if (!start.startsWith(ELFMAG) || start.size() < qsizetype{sizeof(Elf32_Ehdr)}) return {};
+  if (start[EI_DATA] != (Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? ELFDATA2LSB : ELFDATA2MSB)) return {};
+  if (start[EI_CLASS] == ELFCLASS32) return readElf<Elf32_Ehdr, Elf32_Phdr>(start);
+  if (start.size() < qsizetype{sizeof(Elf64_Ehdr)}) return {};
+  return readElf<Elf64_Ehdr, Elf64_Phdr>(start);
+}
+
+/// What runs the programs of other processors here, by e_machine. Only static emulators: there are no
+/// libraries of the desktop where they run.
+QMap<int, QString> findEmulators() {
+  constexpr Emulator emulators[] = {{EM_AARCH64, "aarch64"}, {EM_ARM, "arm"}};
+  const int own = readElf(u"/proc/self/exe"_s).machine;
+  QMap<int, QString> found;
+  for (const Emulator& emulator : emulators) {
+    if (emulator.machine == own) continue;
+    for (const QLatin1StringView form : {"qemu-%1-static"_L1, "qemu-%1"_L1}) {
+      const QString path =
+          QStandardPaths::findExecutable(QString(form).arg(QLatin1StringView(emulator.name)));
+      if (path.isEmpty() || !readElf(path).isStatic) continue;
+      found.insert(emulator.machine, path);
+      break;
+    }
+  }
+  return found;
+}
+
+/// `text` as one word of the shell.
+QByteArray shellWord(const QByteArray& text) {
+  return '\'' + QByteArray(text).replace('\'', "'\\''") + '\'';
+}
+
+/// Puts `content` there as a program, unless it is there.
+bool writeProgram(const QString& path, const QByteArray& content) {
+  constexpr auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup |
+                          QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+  QFile file(path);
+  if (file.open(QIODevice::ReadOnly) && file.readAll() == content) return file.setPermissions(rights);
+  file.close();
+  file.remove();
+  return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
+         file.setPermissions(rights);
+}
+
+/// What the emulator is to run for `file`. It insists on a file with the right to run, and the shell's chmod
+/// comes too late and reaches only the wrapper: a program without it is copied to `copy`.
+QString runnable(const QString& file, const QString& copy) {
+  if (QFile::permissions(file) & QFile::ExeOwner) return file;
+  QFile::remove(copy);
+  const bool done =
+      QFile::copy(file, copy) && QFile::setPermissions(copy, QFile::ReadOwner | QFile::ExeOwner);
+  return done ? copy : QString();
+}
+
 bool copyIfOther(const QString& from, const QString& to) {
   const QFileInfo source(from);
   const QFileInfo target(to);
@@ -84,11 +178,13 @@ QStringList busyboxApplets(const QString& busybox) {
 
 }  // namespace
 
-Sandbox::Sandbox(const QString& stateDir) : m_root(stateDir + "/root"_L1), m_run(stateDir + "/run"_L1) {}
+Sandbox::Sandbox(const QString& stateDir)
+    : m_root(stateDir + "/root"_L1), m_run(stateDir + "/run"_L1), m_emulation(stateDir + "/emulation"_L1) {}
 
 QString Sandbox::prepare(const QString& toolPath) {
   m_bwrap = QStandardPaths::findExecutable(u"bwrap"_s);
   if (m_bwrap.isEmpty()) return u"bwrap is not installed (Debian: apt-get install bubblewrap)"_s;
+  m_emulators = findEmulators();
   const QString problem = makeTree(toolPath);
   return problem.isEmpty() ? tryOut() : problem;
 }
@@ -98,6 +194,7 @@ QString Sandbox::makeTree(const QString& toolPath) const {
     if (!QDir().mkpath(m_root + u'/' + QLatin1StringView(folder))) return u"cannot write to "_s + m_root;
   }
   QDir().mkpath(m_run);
+  for (const auto folder : {"/programs"_L1, "/scripts"_L1}) QDir().mkpath(m_emulation + folder);
   for (const Link& link : kLinks) makeLink(m_root + u'/' + QLatin1StringView(link.name), link.target);
 
   const QString busybox = QStandardPaths::findExecutable(u"busybox"_s);
@@ -145,16 +242,45 @@ QString Sandbox::tryOut() {
       said);
 }
 
+QByteArrayList Sandbox::emulation() const {
+  QByteArrayList line;
+  if (m_emulators.isEmpty()) return line;
+  const QByteArray place = kEmulatorFolder.toByteArray();
+  QDirIterator files(m_root + QLatin1StringView(kProgramFolder),
+                     QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+  for (int count = 0; count < kMostFilesLookedAt && files.hasNext(); ++count) {
+    const QString file = files.next();
+    const int machine = readElf(file).machine;
+    const auto emulator = m_emulators.constFind(machine);
+    if (emulator == m_emulators.constEnd()) continue;
+    const QByteArray name = QFile::encodeName(files.fileName());
+    const QByteArray emulatorInside = place + QByteArray::number(machine);
+    const QByteArray programInside = place + "programs/" + name;
+    const QString wrapper = m_emulation + "/scripts/"_L1 + files.fileName();
+    const QString program = runnable(file, m_emulation + "/programs/"_L1 + files.fileName());
+    if (program.isEmpty() ||
+        !writeProgram(wrapper, "#!/system/bin/sh\nexec " + emulatorInside + " -0 \"$0\" " +
+                                   shellWord(programInside) + " \"$@\"\n")) {
+      continue;
+    }
+    // The wrapper is writable, for a chmod. What is bound twice does no harm.
+    line << "--ro-bind" << QFile::encodeName(*emulator) << emulatorInside;
+    line << "--ro-bind" << QFile::encodeName(program) << programInside;
+    line << "--bind" << QFile::encodeName(wrapper) << kProgramFolder + ('/' + name);
+  }
+  return line;
+}
+
 QByteArrayList Sandbox::command(const QByteArray& script, const QByteArray& terminal) const {
   const QByteArray root = QFile::encodeName(m_root);
   QByteArrayList line = {QFile::encodeName(m_bwrap), "--die-with-parent", "--ro-bind", root, "/"};
-  for (const char* writable : {"/data/local/tmp", "/storage/emulated/0"}) {
+  for (const char* writable : {kProgramFolder, "/storage/emulated/0"}) {
     line << "--bind" << root + writable << writable;
   }
   line << "--dev"
        << "/dev"
        << "--ro-bind" << QFile::encodeName(m_run) << "/dev/socket";
-  line << m_isolation << "--chdir"
+  line << emulation() << m_isolation << "--chdir"
        << "/"
        << "--clearenv";
   const std::pair<const char*, QByteArray> environment[] = {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayList>
+#include <QMap>
 #include <QString>
 
 namespace orvanta::headset {
@@ -25,10 +26,15 @@ class Sandbox {
  private:
   QString makeTree(const QString& toolPath) const;
   QString tryOut();
+  /// The part of the command line that lets the pushed programs of other processors run: a script that starts
+  /// the emulator takes the place of each. The kernel would need root and a setting for the whole machine.
+  QByteArrayList emulation() const;
 
   QString m_root;
   QString m_run;
+  QString m_emulation;
   QString m_bwrap;
+  QMap<int, QString> m_emulators;
   QByteArrayList m_isolation;
 };
 

@@ -10,7 +10,7 @@ readonly project_root
 declare -rA debian_packages=(
   [build]="g++ cmake ninja-build pkgconf qt6-base-dev qcoro-qt6-dev libzip-dev zlib1g-dev adb aapt fonts-noto-cjk"
   [device-tool]="g++-aarch64-linux-gnu binutils-source xz-utils"
-  [headset]="bubblewrap busybox-static android-framework-res"
+  [headset]="bubblewrap busybox-static android-framework-res qemu-user-static"
   [test]="desktop-file-utils libglib2.0-bin"
   [virtual-display]="xvfb openbox xdotool x11-utils xclip imagemagick"
   [pictures]="optipng"

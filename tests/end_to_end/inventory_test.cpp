@@ -1,3 +1,5 @@
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QTest>
 
 #include "inventory/installed_apps.h"
@@ -9,17 +11,25 @@ using namespace orvanta;
 
 namespace {
 
-/// Stands for the program that prints badgings on the headset, and takes its time: every path has a label of
-/// its own.
+/// The program that prints badgings on the headset, beside this one while the object lives.
 class LabelTool {
  public:
-  LabelTool() {
+  enum Kind { StandIn, Built };
+
+  /// The stand-in takes its time, and every path has a label of its own.
+  explicit LabelTool(Kind kind = StandIn) {
+    // A link that was left there would lead to the built program.
+    QFile::remove(path());
     QFile tool(path());
-    if (tool.open(QIODevice::WriteOnly))
+    if (kind == Built)
+      QFile::link(built(), path());
+    else if (tool.open(QIODevice::WriteOnly))
       tool.write("#!/system/bin/sh\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
   }
   ~LabelTool() { QFile::remove(path()); }
   Q_DISABLE_COPY_MOVE(LabelTool)
+
+  static QString built() { return QCoreApplication::applicationDirPath() + u"/built/aapt-arm-pie"_s; }
 
  private:
   static QString path() { return QCoreApplication::applicationDirPath() + u"/aapt-arm-pie"_s; }
@@ -80,6 +90,35 @@ class InventoryTest : public QObject {
     QCOMPARE(services.filter(u"shell"_s).size(), 2);
     QVERIFY2(services.size() <= 4, qPrintable(services.join(u'\n')));
     QVERIFY(window.apps.progress().barTwips() >= 7000);
+  }
+
+  void labelsFromTheProgramOnTheHeadset() {
+    if (!QFileInfo::exists(LabelTool::built()))
+      QSKIP("aapt-arm-pie is not built (Debian: g++-aarch64-linux-gnu, binutils-source)");
+    if (QStandardPaths::findExecutable(u"qemu-aarch64-static"_s).isEmpty())
+      QSKIP("there is no emulator for aapt-arm-pie (Debian: qemu-user-static)");
+    const LabelTool tool(LabelTool::Built);
+    QCOMPARE(m_headset->start({.apps = 24}), QString());
+    Window window;
+    QVERIFY(window.opens());
+    QCOMPARE(window.notice(), QString());
+    const auto packages = m_headset->packages();
+    QMap<QString, QString> labels;
+    for (int row = 1; row < window.grid().Rows(); ++row) {
+      window.grid().setRow(row);
+      const QString package = window.apps.window().SelectedPackage();
+      labels[package] = window.grid().TextMatrix(row, ColAppName);
+      // Each label ends in the number of the app, as the package's name does.
+      if (packages[package].isInstalled)
+        QVERIFY2(labels[package].trimmed().endsWith(u' ' + package.section(u".n"_s, -1)),
+                 qPrintable(package));
+    }
+    QCOMPARE(labels.size(), packages.size());
+    const QString expected[][2] = {{u"com.example.oceanrift.n0"_s, u"Ocean Rift 0"_s},
+                                   {u"com.example.jiezou.n1"_s, u"节奏空间 1"_s},
+                                   {u"com.example.atelier.n4"_s, u"Émiles Atelier 4"_s},
+                                   {u"com.example.golfclub.n7"_s, u"Golf 🏌 Club 7"_s}};
+    for (const auto& [package, label] : expected) QCOMPARE(labels[package].trimmed(), label);
   }
 
   void opensOnce() {
