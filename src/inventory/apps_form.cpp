@@ -190,24 +190,21 @@ void Form4::sizeColumns() {
 void Form4::AutoSizeColumns() {
   FlexGrid& grid = *MSFlexGrid1;
   // Laying out every text would take most of a large inventory's time. The sum of its characters' widths is
-  // close enough to tell which text of a column is the widest.
-  const QFontMetrics metrics(grid.font());
-  std::array<int, 128> advances = {};
+  // close enough to tell which texts cannot be the widest of their column.
+  const QFontMetricsF metrics(grid.font());
+  std::array<double, 128> advances = {};
   for (char16_t c = u' '; c < 127; ++c) advances[c] = metrics.horizontalAdvance(QChar(c));
-  const int wide = metrics.horizontalAdvance(QChar(0x4e00));
+  const double wide = metrics.horizontalAdvance(QChar(0x4e00));
   const auto roughWidth = [&advances, wide](const QString& text) {
-    int sum = 0;
+    double sum = 0;
     for (const QChar c : text) sum += c.unicode() < advances.size() ? advances[c.unicode()] : wide;
     return sum;
   };
   for (int col = 0; col < grid.Cols(); ++col) {
     int widest = grid.TextWidth(grid.TextMatrix(0, col)) + FlexGrid::HeaderRoom() + cellRoomTwips;
-    int widestRough = -1;
     for (int row = FlexGrid::FixedRows(); row < grid.Rows(); ++row) {
       const QString text = grid.TextMatrix(row, col);
-      const int rough = roughWidth(text);
-      if (rough <= widestRough) continue;
-      widestRough = rough;
+      if (roughWidth(text) * twipsPerPixel + cellRoomTwips <= widest) continue;
       widest = std::max(widest, grid.TextWidth(text.left(longestMeasured).trimmed()) + cellRoomTwips);
     }
     grid.setColWidth(col, std::min(widest, widestColumnTwips));

@@ -32,7 +32,6 @@ QCoro::Task<> InstalledApps::Command9_Click() {
   m_Form5.show();
   m_form.WatcherHold = false;
   co_await Emitted(m_Form5.Timer1, &QTimer::timeout);
-  m_Form5.Timer1->stop();
   co_await loadForm4();
 }
 
@@ -52,6 +51,7 @@ QCoro::Task<> InstalledApps::loadForm4() {
   outcome.AppCountText = m_AppCountText;
   outcome.apps = inventory.apps.size();
   outcome.words = inventory.words;
+  outcome.cut = inventory.cut;
   for (const InventoryApp& app : inventory.apps) {
     outcome.anyLabel |= !app[ColAppName].trimmed().isEmpty();
     outcome.anySize |= tenthsIn(app[ColUsedSpace]) > 0;

@@ -25,11 +25,13 @@ struct Tag {
   InventoryColumn column;
 };
 
+constexpr QStringView lastTag = u"AD3x";
+
 constexpr Tag tags[] = {{u"application-label:", 18, ColAppName},
                         {u"TO3x", 6, ColUsedSpace},
                         {u"AP3x", 6, ColApkSpace},
                         {u"OB3x", 6, ColObbSpace},
-                        {u"AD3x", 6, ColDataSpace},
+                        {lastTag, 6, ColDataSpace},
                         {u"VC3x: versionName:", 19, ColVersion}};
 constexpr QStringView appTag = u"IP3x";
 constexpr qsizetype packageAt = 6;
@@ -56,6 +58,10 @@ bool takeTagged(QStringView line, InventoryApp* app) {
   return true;
 }
 
+bool isAdbError(const QString& word) {
+  return word.startsWith(u"error:"_s) || word.startsWith(u"adb: "_s) || word.startsWith(u"adb.exe: "_s);
+}
+
 }  // namespace
 
 Inventory readInventory(QStringView scriptOutput) {
@@ -64,10 +70,15 @@ Inventory readInventory(QStringView scriptOutput) {
   for (const QStringView line : scriptOutput.tokenize(u'\n')) {
     if (line.startsWith(appTag)) {
       inventory.apps.emplace_back();
+      inventory.cut = true;
       inventory.apps.back()[ColPackage] = withoutBlanks(line.mid(packageAt));
-    } else if (!takeTagged(line, inventory.apps.isEmpty() ? nullptr : &inventory.apps.back())) {
+    } else if (takeTagged(line, inventory.apps.isEmpty() ? nullptr : &inventory.apps.back())) {
+      const bool whole = line.end() != scriptOutput.end();
+      if (line.startsWith(lastTag) && whole) inventory.cut = false;
+    } else {
       const QString word = line.trimmed().toString();
       if (!word.isEmpty()) inventory.words << word;
+      if (!inventory.apps.isEmpty() && isAdbError(word)) inventory.cut = true;
     }
   }
   return inventory;

@@ -14,6 +14,8 @@ struct Inventory {
   QList<InventoryApp> apps;
   /// The lines without a tag, less their line ends: what the tools had to say besides.
   QList<QString> words;
+  /// The output ends in the middle: within the last app, or with an error of adb behind it.
+  bool cut = false;
 };
 
 /// Reads the output of the inventory script. A tag counts only at the start of a line and in its own case;

@@ -1,5 +1,6 @@
 #include "inventory/progress.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -25,7 +26,9 @@ QString progressCaption(int apps, const QString& AppCountText) {
 int progressPercent(int apps, const QString& AppCountText) {
   const auto count = countIn(AppCountText);
   if (!count || *count == 0) return 0;
-  return static_cast<int>(std::floor(static_cast<double>(apps) / *count * 100));
+  const double percent = std::floor(static_cast<double>(apps) / *count * 100);
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(std::clamp<double>(percent, Limits::min(), Limits::max()));
 }
 
 int progressBarTwips(int percent) {

@@ -52,6 +52,7 @@ Form5::Form5()
   setFixedSize(designSize());
   Timer1->setObjectName(u"Timer1"_s);
   Timer1->setInterval(200);
+  Timer1->setSingleShot(true);
   Label1->setGeometry(pixels(240), pixels(120), pixels(6615), pixels(615));
   Label1->setCaption(u"Processing Apps: 0 of 0"_s);
   busyStrip->setGeometry(stripMargin, pixels(barAreaTwips), width() - 2 * stripMargin,
@@ -67,14 +68,16 @@ void Form5::drawBar(int twips) {
 
 void Form5::showEvent(QShowEvent* event) {
   Form::showEvent(event);
+  if (event->spontaneous()) return;  // out of the task bar
   move(screen()->availableGeometry().center() - rect().center());
   Timer1->start();
   busyStrip->begin(u"adb"_s);
 }
 
 void Form5::hideEvent(QHideEvent* event) {
-  busyStrip->end();
   Form::hideEvent(event);
+  if (event->spontaneous()) return;
+  busyStrip->end();
 }
 
 void Form5::paintEvent(QPaintEvent*) {

@@ -37,6 +37,8 @@ QString shortcomingsOf(const InventoryOutcome& outcome) {
     return withWords(
         u"只读到 %1 / %2 个应用 (Only %1 of %2 apps could be read)"_s.arg(outcome.apps).arg(*count),
         complaint);
+  // The count leaves out apps that the script lists, so that it cannot tell this alone.
+  if (outcome.cut) return withWords(u"列表不完整 (The list is not complete)"_s, complaint);
   if (!outcome.anySize)
     return withWords(u"设备没有给出大小 (The device did not tell the sizes)"_s, complaint);
   if (!outcome.hasBadgingTool)

@@ -15,6 +15,7 @@ struct InventoryOutcome {
   bool anyLabel = false;       ///< one of them at least has a label
   bool anySize = false;        ///< one of them at least has a size
   QList<QString> words;        ///< lines of the script's output without a tag
+  bool cut = false;            ///< the output ends in the middle
 };
 
 /// What the user should know of an inventory that is not whole: one sentence, with the tool's own words where

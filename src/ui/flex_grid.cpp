@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QToolTip>
+#include <cmath>
 
 #include "ui/flex_grid_paint.h"
 #include "ui/twips.h"
@@ -16,6 +17,10 @@ namespace {
 
 constexpr int rowPixels = 24;
 constexpr qsizetype longestToolTip = 2000;
+
+bool isSideways(const QWheelEvent& event) {
+  return event.angleDelta().y() == 0 || (event.modifiers() & (Qt::ShiftModifier | Qt::AltModifier));
+}
 
 }  // namespace
 
@@ -47,6 +52,7 @@ FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QWi
   horizontalHeader()->setMinimumSectionSize(16);
   horizontalHeader()->viewport()->setMouseTracking(true);
   horizontalHeader()->viewport()->installEventFilter(this);
+  verticalScrollBar()->installEventFilter(this);
 
   connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_topBeforeReset = TopRow(); });
   connect(m_model, &QAbstractItemModel::modelReset, this, &FlexGrid::restoreView);
@@ -153,7 +159,7 @@ bool FlexGrid::RowIsVisible(int row) const {
 }
 
 int FlexGrid::TextWidth(const QString& text) const {
-  return fontMetrics().horizontalAdvance(text) * twipsPerPixel;
+  return static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text))) * twipsPerPixel;
 }
 
 int FlexGrid::HeaderRoom() {
@@ -212,19 +218,19 @@ void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
   // The mouse's own way to a menu is the press.
-  if (event->reason() == QContextMenuEvent::Keyboard) Q_EMIT MenuKey();
+  if (event->reason() == QContextMenuEvent::Keyboard && !leaveHiddenRow()) Q_EMIT MenuKey();
   event->accept();
 }
 
 void FlexGrid::wheelEvent(QWheelEvent* event) {
-  const bool sideways =
-      event->angleDelta().y() == 0 || (event->modifiers() & (Qt::ShiftModifier | Qt::AltModifier));
-  if (sideways) {
+  if (isSideways(*event)) {
     QTableView::wheelEvent(event);
     return;
   }
   Q_EMIT MouseWheel(event->angleDelta().y(), event->globalPosition().toPoint());
-  pointAtPlace(viewport()->mapFromGlobal(event->globalPosition().toPoint()), event->buttons());
+  // Over the header or the scroll bar the pointer's cell stays what it was.
+  const QPoint inViewport = viewport()->mapFromGlobal(event->globalPosition().toPoint());
+  if (viewport()->rect().contains(inViewport)) pointAtPlace(inViewport, event->buttons());
   event->accept();
 }
 
@@ -233,14 +239,28 @@ int FlexGrid::keyTarget(int key) const {
   const int shown = m_model->rowCount();
   const int here = m_row == 0 ? -1 : m_model->viewRowFrom(m_row);
   const int page = std::max(1, viewport()->height() / rowPixels - 1);
+  // From a hidden row, `here` is the next one that is shown: one step down already.
+  const int above = m_row > 0 && m_model->viewRow(m_row) < 0 ? here - 1 : here;
   int target = here;
   if (key == Qt::Key_Up) target = here - 1;
-  if (key == Qt::Key_Down) target = here + 1;
+  if (key == Qt::Key_Down) target = above + 1;
   if (key == Qt::Key_PageUp) target = std::max(here - page, 0);
-  if (key == Qt::Key_PageDown) target = here + page;
+  if (key == Qt::Key_PageDown) target = above + page;
   if (key == Qt::Key_Home) target = 0;
   if (key == Qt::Key_End) target = shown - 1;
   return m_model->row(std::min(target, shown - 1));
+}
+
+/// Where the current row is hidden, points at the first one that is shown instead, if there is any: a key
+/// shall not act on what the user does not see. Returns whether the row was hidden.
+bool FlexGrid::leaveHiddenRow() {
+  if (m_row == 0 || m_model->viewRow(m_row) >= 0) return false;
+  if (m_model->rowCount() > 0) {
+    const int col = m_col;
+    pointAt(m_model->row(0), col, Qt::NoButton);
+    scrollTo(m_model->index(0, col));
+  }
+  return true;
 }
 
 void FlexGrid::keyPressEvent(QKeyEvent* event) {
@@ -250,6 +270,7 @@ void FlexGrid::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
+      if (leaveHiddenRow()) return;
       pointAt(m_row, m_col, Qt::NoButton);
       if (m_row > 0) {
         Q_EMIT MenuKey();
@@ -300,7 +321,15 @@ bool FlexGrid::viewportEvent(QEvent* event) {
 }
 
 bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != horizontalHeader()->viewport()) return QTableView::eventFilter(watched, event);
+  const bool overHeader = watched == horizontalHeader()->viewport();
+  if (event->type() == QEvent::Wheel && (overHeader || watched == verticalScrollBar())) {
+    auto* wheel = static_cast<QWheelEvent*>(event);
+    // The view hands some sideways turns to the bar itself.
+    if (!overHeader && isSideways(*wheel)) return false;
+    wheelEvent(wheel);
+    return true;
+  }
+  if (!overHeader) return QTableView::eventFilter(watched, event);
   const auto columnOf = [this](const QMouseEvent* mouse) {
     return horizontalHeader()->logicalIndexAt(mouse->position().toPoint());
   };

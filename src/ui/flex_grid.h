@@ -74,7 +74,7 @@ class FlexGrid : public QTableView {
   void setTopRow(int row);
   bool RowIsVisible(int row) const;
 
-  /// The width of `text` in the grid's font.
+  /// The width of `text` in the grid's font, in whole pixels that hold all of it.
   int TextWidth(const QString& text) const;
   /// What a column has to be wide besides a header text, for the arrow that shows the sort order.
   static int HeaderRoom();
@@ -109,6 +109,7 @@ class FlexGrid : public QTableView {
   void pointAt(int row, int col, Qt::MouseButtons buttons);
   void pointAtPlace(QPoint inViewport, Qt::MouseButtons buttons);
   int keyTarget(int key) const;
+  bool leaveHiddenRow();
   void restoreView();
   void showToolTip(QPoint place, QWidget* over);
 

@@ -1,11 +1,14 @@
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
+#include <functional>
 
 #include "core/turn.h"
 #include "inventory/apps_form.h"
+#include "ui/twips.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -64,11 +67,12 @@ struct Window {
     QWidget* over = row == 0 ? grid.horizontalHeader()->viewport() : grid.viewport();
     QTest::mouseClick(over, button, Qt::NoModifier, grid.cellArea(row, col).center());
   }
-  void wheel(int angle) {
-    const QPoint place = grid.viewport()->rect().center();
-    QWheelEvent event(place, grid.viewport()->mapToGlobal(place), QPoint(), QPoint(0, angle), Qt::NoButton,
+  void wheel(int angle, QWidget* over = nullptr) {
+    if (over == nullptr) over = grid.viewport();
+    const QPoint place = over->rect().center();
+    QWheelEvent event(place, over->mapToGlobal(place), QPoint(), QPoint(0, angle), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(grid.viewport(), &event);
+    QCoreApplication::sendEvent(over, &event);
   }
   /// The packages in the grid's order; with `shownOnly` those that are not hidden.
   QStringList packages(bool shownOnly = false) const {
@@ -257,12 +261,56 @@ class AppsFormTest : public QObject {
     QTRY_COMPARE(window.grid.Tag, u"3"_s);  // the sort comes when the menu has gone
   }
 
+  void keysLeaveHiddenRows() {
+    Window window(numberedApps(30));
+    const auto menuKey = [&window] {
+      QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+      QCoreApplication::sendEvent(window.grid.viewport(), &key);
+    };
+    const auto returnKey = [&window] { QTest::keyClick(&window.grid, Qt::Key_Return); };
+    for (const std::function<void()>& press : {std::function<void()>(menuKey), {returnKey}}) {
+      window.search({});
+      window.move(3, ColPackage);
+      window.search(u"com.n1"_s);  // 1 and 10 to 19, in rows 2 and 11 to 20
+      press();
+      QVERIFY(!window.form.mnuNew->isVisible());
+      QCOMPARE(window.form.SelectedPackage(), u"com.n1"_s);
+      press();
+      QVERIFY(window.form.mnuNew->isVisible());
+      window.form.mnuNew->close();
+      window.search(u"nowhere"_s);
+      press();
+      QVERIFY(!window.form.mnuNew->isVisible());
+    }
+    window.search({});
+    window.move(5, ColPackage);
+    window.search(u"com.n1"_s);
+    QTest::keyClick(&window.grid, Qt::Key_Down);
+    QCOMPARE(window.form.SelectedPackage(), u"com.n10"_s);
+  }
+
+  void headingsAreWhole() {
+    Window window(QList<App>{{{}, u"com.a"_s, {}, {}}});
+    const QHeaderView& header = *window.grid.horizontalHeader();
+    for (int col = 0; col < ColMenuIcon; ++col) {
+      const QString heading = window.grid.TextMatrix(0, col);
+      const int room = header.sectionSize(col) - pixels(FlexGrid::HeaderRoom()) - 6;
+      QCOMPARE(header.fontMetrics().elidedText(heading, Qt::ElideRight, room), heading);
+    }
+  }
+
   void wheelPagesOnce() {
     Window window(numberedApps(200));
     const auto top = [&window] { return window.grid.TopRow(); };
     window.wheel(-120);
     const int page = top() - 1;
     QVERIFY(page > 5 && page < 20);
+    window.move(0, ColPackage);
+    window.wheel(-120, window.grid.horizontalHeader()->viewport());
+    QCOMPARE(top(), 1 + 2 * page);
+    QCOMPARE(window.grid.MouseRow(), 0);
+    window.wheel(120, window.grid.verticalScrollBar());
+    QCOMPARE(top(), 1 + page);
     window.wheel(-480);
     QCOMPARE(top(), 1 + 2 * page);
     for (int i = 0; i < 8; ++i) window.wheel(15);

@@ -34,6 +34,22 @@ class InventoryReadersTest : public QObject {
                                          u"IP3x: indented"_s, u"ip3x: lower"_s}));
   }
 
+  void cutInTheMiddle() {
+    const QString block = u"IP3x: a.b \r\nTO3x: 1.0\r\nAD3x: 0.1\r\n"_s;
+    const QList<std::pair<QString, bool>> rows = {
+        {block, false},
+        {u"error: closed\r\n"_s + block, false},
+        {u"IP3x: a.a \r\nerror: closed\r\nAD3x: \n"_s, false},  // one of several calls failed
+        {block + u"WARNING: linker\r\n"_s, false},
+        {u"error: closed\r\n"_s, false},  // no list at all is told as such
+        {block + u"IP3x: c.d \r\nTO3x: 1.0\r\n"_s, true},
+        {block.chopped(4), true},
+        {block + u"error: closed\r\n"_s, true},
+        {block + u"adb: error: closed"_s, true},
+    };
+    for (const auto& [output, cut] : rows) QVERIFY2(readInventory(output).cut == cut, qPrintable(output));
+  }
+
   void tagsInsideValuesAreText() {
     const QString label = u"IP3x: evil TO3x: 1"_s + QString(65536, u'x');
     const QString output =
@@ -57,6 +73,7 @@ class InventoryReadersTest : public QObject {
     QTest::newRow("all") << u" 60 \r\n"_s << 60 << 100 << 7000;
     QTest::newRow("more than counted") << u"60\r\n"_s << 61 << 101 << 7070;
     QTest::newRow("no apps") << u"0\r\n"_s << 3 << 0 << 0;
+    QTest::newRow("far more than counted") << u"1\r\n"_s << INT_MAX << INT_MAX << INT_MAX / 70 * 70;
     QTest::newRow("negative") << u"-5\r\n"_s << 3 << -60 << 0;
     QTest::newRow("largest") << u"32767\r\n"_s << 32767 << 100 << 7000;
     QTest::newRow("beyond 16 bits") << u"32768\r\n"_s << 300 << 0 << 0;
@@ -231,7 +248,9 @@ class InventoryReadersTest : public QObject {
     });
     row("gone in the middle", u"Only 1 of 2 apps could be read): error: closed"_s,
         [](InventoryOutcome& o) { o.apps = 1, o.words << u"error: closed"_s; });
-    row("stopped", u"Stopped"_s, [](InventoryOutcome& o) { o.stopped = true, o.apps = 1; });
+    row("gone behind as many as were counted", u"The list is not complete): error: closed"_s,
+        [](InventoryOutcome& o) { o.cut = true, o.words << u"error: closed"_s; });
+    row("stopped", u"Stopped"_s, [](InventoryOutcome& o) { o.stopped = o.cut = true, o.apps = 1; });
     row("script", u"Disk full"_s, [](InventoryOutcome& o) { o.scriptFailure = u"Disk full"_s, o.apps = 0; });
     row("no sizes", u"did not tell the sizes"_s, [](InventoryOutcome& o) { o.anySize = false; });
     row("no tool", u"aapt-arm-pie is missing"_s,

@@ -11,8 +11,11 @@ namespace orvanta {
 
 struct ScriptPlace::File {
   explicit File(const QString& path) : script(path) {}
-  ~File() { script.remove(); }
+  ~File() {
+    if (made) script.remove();
+  }
   QFile script;
+  bool made = false;  // else the file is somebody else's
 };
 
 ScriptPlace::ScriptPlace(const QString& text) {
@@ -26,7 +29,8 @@ ScriptPlace::ScriptPlace(const QString& text) {
   QFile& script = m_file->script;
   script.remove();
   const QByteArray bytes = text.toLocal8Bit();
-  if (script.open(QIODevice::WriteOnly) && script.write(bytes) == bytes.size() && script.flush()) {
+  m_file->made = script.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+  if (m_file->made && script.write(bytes) == bytes.size() && script.flush()) {
     script.close();
     m_commandLine = ScriptPath;
   } else {
