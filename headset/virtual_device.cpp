@@ -129,9 +129,13 @@ void VirtualDevice::acceptConnections() {
   }
 }
 
-void VirtualDevice::watchFaults() {
+QByteArray VirtualDevice::faultsText() const {
   QFile file(m_options.stateDir + "/faults"_L1);
-  const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void VirtualDevice::watchFaults() {
+  const QByteArray text = faultsText();
   if (text == m_faultsText && !m_lost) return;
   m_faultsText = text;
   if (m_lost && text == m_faultsAtDrop) return;
@@ -169,7 +173,8 @@ void VirtualDevice::announce() {
 void VirtualDevice::linkLost() {
   if (faults().dropStaysGone) {
     m_lost = true;
-    m_faultsAtDrop = m_faultsText;
+    // The file of this very moment: the last look may have been before its last change.
+    m_faultsAtDrop = faultsText();
     hide();
   } else {
     dropConnections();

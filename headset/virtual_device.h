@@ -64,6 +64,7 @@ class VirtualDevice : public QObject, public ConnectionHost, public SyncHost, pu
   void hide();
   void dropConnections();
   void acceptConnections();
+  QByteArray faultsText() const;
   void watchFaults();
   void announce();
   void goDown();
