@@ -66,7 +66,7 @@ QStringList filesDirectlyIn(const QString& folder) {
   if (folder.isEmpty()) return {};
   QStringList names = QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::Readable, QDir::NoSort);
   // The C locale would compare bytes, whatever the mode.
-  QCollator byValue(QLocale(QLocale::English));
+  QCollator byValue{QLocale(QLocale::English)};
   byValue.setNumericMode(true);
   byValue.setCaseSensitivity(Qt::CaseInsensitive);
   std::sort(names.begin(), names.end(), [&byValue](const QString& a, const QString& b) {
