@@ -27,8 +27,6 @@ constexpr int statusHeight = 24;
 constexpr int cellRoomTwips = 100;
 constexpr int iconColumnTwips = 300;
 constexpr int widestVersionTwips = 4800;
-// A label can be as long as a file can hold. Wider than this no column is of use; the tool-tip has the rest.
-constexpr int widestColumnTwips = 9000;
 constexpr qsizetype longestMeasured = 400;
 const QString formTitle = u"Installed Apps"_s;
 
@@ -200,6 +198,9 @@ void Form4::AutoSizeColumns() {
     for (const QChar c : text) sum += c.unicode() < advances.size() ? advances[c.unicode()] : wide;
     return sum;
   };
+  // A label can be as long as a file can hold. A column wider than the grid could never be seen whole; the
+  // tool-tip has the rest.
+  const int gridWidth = grid.width() * twipsPerPixel;
   for (int col = 0; col < grid.Cols(); ++col) {
     int widest = grid.TextWidth(grid.TextMatrix(0, col)) + FlexGrid::HeaderRoom() + cellRoomTwips;
     for (int row = FlexGrid::FixedRows(); row < grid.Rows(); ++row) {
@@ -207,7 +208,7 @@ void Form4::AutoSizeColumns() {
       if (roughWidth(text) * twipsPerPixel + cellRoomTwips <= widest) continue;
       widest = std::max(widest, grid.TextWidth(text.left(longestMeasured).trimmed()) + cellRoomTwips);
     }
-    grid.setColWidth(col, std::min(widest, widestColumnTwips));
+    grid.setColWidth(col, std::min(widest, gridWidth));
   }
 }
 
@@ -258,7 +259,7 @@ void Form4::MSFlexGrid1_MouseMove(Qt::MouseButtons Button) {
 
 void Form4::MSFlexGrid1_MouseDown(Qt::MouseButton Button) {
   FlexGrid& grid = *MSFlexGrid1;
-  const bool iconCell = Button == Qt::LeftButton && grid.ColSel() == ColMenuIcon;
+  const bool iconCell = Button == Qt::LeftButton && grid.MouseRow() >= 0 && grid.ColSel() == ColMenuIcon;
   if (Button != Qt::RightButton && !iconCell) return;
   mnuNew->popup(iconCell ? grid.menuPlace() : QCursor::pos());
   // The menu takes the button's release. The header's click comes all the same, when the menu has gone.

@@ -106,16 +106,17 @@ QString batchInventoryScript(const QString& applicationFolder) {
   return batchText.toString().replace(u'\n', u"\r\n"_s).replace(u"%APP%"_s, applicationFolder);
 }
 
+// DEVICE is nobody's but the user's: options for adb, such as -s and a serial number.
 QString shellInventoryScript(const QString& applicationFolder) {
   return u"#!/bin/sh\nadb=%1\ntool=%2\n"_s.arg(shellWord(applicationFolder + u"/adb"_s),
                                                shellWord(badgingToolPath(applicationFolder))) +
          u"device_tool=\n"
          "if [ -f \"$tool\" ]; then\n"
-         "  \"$adb\" push \"$tool\" /data/local/tmp\n"
+         "  \"$adb\" ${DEVICE-} push \"$tool\" /data/local/tmp\n"
          "  device_tool=%1\n"
          "fi\n"
-         "\"$adb\" shell \"tool=$device_tool;\"%2\n"_s.arg(deviceBadgingTool,
-                                                           shellWord(deviceText.toString()));
+         "\"$adb\" ${DEVICE-} shell \"tool=$device_tool;\"%2\n"_s.arg(deviceBadgingTool,
+                                                                      shellWord(deviceText.toString()));
 }
 
 }  // namespace orvanta

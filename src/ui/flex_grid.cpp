@@ -54,7 +54,10 @@ FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QWi
   horizontalHeader()->viewport()->installEventFilter(this);
   verticalScrollBar()->installEventFilter(this);
 
-  connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_topBeforeReset = TopRow(); });
+  connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+    m_topBeforeReset = TopRow();
+    m_shownBeforeReset = m_model->rowCount();
+  });
   connect(m_model, &QAbstractItemModel::modelReset, this, &FlexGrid::restoreView);
   // Only presses that do not resize a column come here; the filter below sees all others.
   connect(horizontalHeader(), &QHeaderView::sectionPressed, this, [this](int column) {
@@ -137,6 +140,10 @@ void FlexGrid::restoreView() {
   m_row = std::clamp(m_row, 0, std::max(Rows() - 1, 0));
   if (m_redraw) setCurrentCell(m_row, m_col);
   setTopRow(m_topBeforeReset);
+  if (m_model->rowCount() == m_shownBeforeReset) return;
+  // Fewer rows than before shall not stand above the view while there is room for them in it.
+  const int lastFullPage = std::max(0, m_model->rowCount() - viewport()->height() / rowPixels);
+  verticalScrollBar()->setValue(std::min(verticalScrollBar()->value(), lastFullPage));
 }
 
 int FlexGrid::TopRow() const {
@@ -148,6 +155,12 @@ void FlexGrid::setTopRow(int row) {
   // The range of the bar is worked out with the layout, which waits for the next turn of the event loop.
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(m_model->viewRowFrom(row));
+}
+
+/// The view would stop at the last full page.
+void FlexGrid::updateGeometries() {
+  QTableView::updateGeometries();
+  if (verticalScrollBar()->maximum() > 0) verticalScrollBar()->setMaximum(m_model->rowCount() - 1);
 }
 
 bool FlexGrid::RowIsVisible(int row) const {
@@ -198,7 +211,9 @@ void FlexGrid::mousePressEvent(QMouseEvent* event) {
   pointAtPlace(event->position().toPoint(), event->buttons());
   m_pressRow = m_mouseRow;
   m_pressCol = m_mouseCol;
-  if (m_mouseRow >= 0) Q_EMIT MouseDown(event->button());
+  // Beside the rows it means the current one, if that can be seen.
+  if (m_mouseRow < 0 && leaveHiddenRow()) return;
+  Q_EMIT MouseDown(event->button());
 }
 
 void FlexGrid::mouseMoveEvent(QMouseEvent* event) {
@@ -276,6 +291,8 @@ void FlexGrid::keyPressEvent(QKeyEvent* event) {
         Q_EMIT MenuKey();
       } else {
         Q_EMIT Click();
+        // Sorting leads to the first column; the next press of the key shall find this one.
+        pointAt(row, col, Qt::NoButton);
       }
       return;
     case Qt::Key_Left:
@@ -343,7 +360,8 @@ bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
     const auto* mouse = static_cast<QMouseEvent*>(event);
     if (mouse->button() == Qt::LeftButton) return false;
     pointAtColumn(columnOf(mouse), mouse->buttons());
-    if (m_mouseRow == 0) Q_EMIT MouseDown(mouse->button());
+    if (m_mouseRow < 0 && leaveHiddenRow()) return true;
+    Q_EMIT MouseDown(mouse->button());
     return true;
   } else if (event->type() == QEvent::ToolTip) {
     showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), horizontalHeader()->viewport());

@@ -69,7 +69,7 @@ class FlexGrid : public QTableView {
   QString ToolTipText() const { return m_toolTip; }
   void setToolTipText(const QString& text) { m_toolTip = text; }
 
-  /// The first row in view below the header. A row that would leave less than a page gives the last page.
+  /// The first row in view below the header. Any row can be it, also one that leaves less than a page.
   int TopRow() const;
   void setTopRow(int row);
   bool RowIsVisible(int row) const;
@@ -94,6 +94,7 @@ class FlexGrid : public QTableView {
   void MenuKey();
 
  protected:
+  void updateGeometries() override;
   bool viewportEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -123,6 +124,7 @@ class FlexGrid : public QTableView {
   int m_pressRow = -1;
   int m_pressCol = -1;
   int m_topBeforeReset = 1;
+  int m_shownBeforeReset = 0;
   bool m_redraw = true;
 };
 

@@ -141,6 +141,11 @@ class AppsFormTest : public QObject {
     QCOMPARE(window.packages(), before);
     window.click(0, ColOrder);
     QCOMPARE(window.grid.TextMatrix(1, ColOrder), u"1"_s);
+    window.move(0, ColUsedSpace);
+    QTest::keyClick(&window.grid, Qt::Key_Return);
+    QCOMPARE(window.grid.Tag, u"3"_s);
+    QTest::keyClick(&window.grid, Qt::Key_Return);
+    QCOMPARE(window.grid.Tag, u"4"_s);
   }
 
   void textOrder() {
@@ -246,6 +251,10 @@ class AppsFormTest : public QObject {
     QVERIFY(opened([&] { window.click(2, ColPackage, Qt::RightButton); }));
     QVERIFY(opened([&] { window.click(2, ColMenuIcon); }));
     QVERIFY(!opened([&] { window.click(2, ColPackage); }));
+    const QPoint below(20, window.grid.viewport()->height() - 4);
+    QVERIFY(opened([&] { QTest::mouseClick(window.grid.viewport(), Qt::RightButton, {}, below); }));
+    QVERIFY(!opened([&] { QTest::mouseClick(window.grid.viewport(), Qt::LeftButton, {}, below); }));
+    QCOMPARE(window.form.SelectedPackage(), u"com.b"_s);
     QVERIFY(opened([&] { QTest::keyClick(&window.grid, Qt::Key_Return); }));
     QVERIFY(opened([&] {
       QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
@@ -316,7 +325,12 @@ class AppsFormTest : public QObject {
     for (int i = 0; i < 8; ++i) window.wheel(15);
     QCOMPARE(top(), 1 + page);
     for (int i = 0; i < 30; ++i) window.wheel(-120);
-    QVERIFY(window.grid.RowIsVisible(200));
+    QCOMPARE(top(), 200);  // the last row alone
+    window.grid.setRedraw(false);
+    window.grid.setRedraw(true);
+    QCOMPARE(top(), 200);
+    window.search(u"App 0"_s);  // a hundred rows, all above
+    QVERIFY(window.grid.RowIsVisible(100) && top() < 100 - page / 2);
     window.search(u"App 00"_s);
     QCOMPARE(top(), 1);
     window.wheel(-120);

@@ -164,6 +164,15 @@ class InventoryScriptTest : public QObject {
     QCOMPARE(device.calls(), "shell\n");
   }
 
+  void chosenDevice() {
+    FakeDevice device(u"/bin/sh"_s);
+    device.write(u"adb"_s, u"#!/bin/sh\necho $1, $2, $3\n"_s);
+    device.write(u"aapt-arm-pie"_s, QString());
+    qputenv("DEVICE", "-s 10.0.0.1:5555");
+    QCOMPARE(device.run(), (QStringList{u"-s, 10.0.0.1:5555, push"_s, u"-s, 10.0.0.1:5555, shell"_s}));
+    qunsetenv("DEVICE");
+  }
+
   void onTheDisk() {
     QTemporaryDir folder;
     qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
