@@ -55,14 +55,26 @@ QFont firstOf(const QStringList& families, int pixelSize) {
   return font;
 }
 
+void show(ColorScheme scheme) {
+  const QPalette palette = paletteOf(scheme == ColorScheme::Dark ? darkScheme : lightScheme);
+  QApplication::setPalette(palette);
+  QToolTip::setPalette(palette);
+}
+
 }  // namespace
 
 void apply(QApplication& application) {
-  const bool dark = desktopColorScheme() == ColorScheme::Dark;
+  const ColorScheme atStart = desktopColorScheme();
   QApplication::setStyle(new ThemeStyle);
-  const QPalette palette = paletteOf(dark ? darkScheme : lightScheme);
-  QApplication::setPalette(palette);
-  QToolTip::setPalette(palette);
+  show(atStart);
+  // Who changes the look of the desktop does it elsewhere, and comes back to this window afterwards.
+  QObject::connect(&application, &QGuiApplication::applicationStateChanged, &application,
+                   [shown = atStart](Qt::ApplicationState state) mutable {
+                     if (state != Qt::ApplicationActive) return;
+                     const ColorScheme wanted = desktopColorScheme();
+                     if (wanted != shown) show(wanted);
+                     shown = wanted;
+                   });
   application.setFont(
       firstOf({u"Noto Sans CJK SC"_s, u"Microsoft YaHei UI"_s, u"Segoe UI"_s, u"sans-serif"_s}, textPixels));
 }

@@ -12,7 +12,8 @@ namespace orvanta::theme {
 inline constexpr int textPixels = 12;
 inline constexpr int captionPixels = 10;
 
-/// Gives `application` the style, the palette that fits the desktop, and the font.
+/// Gives `application` the style, the palette that fits the desktop, and the font. The palette follows when
+/// the desktop has changed by the time that the user comes back to the program.
 void apply(QApplication& application);
 
 /// The console's font: of one width, with CJK glyphs.

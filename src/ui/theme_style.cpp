@@ -83,4 +83,10 @@ int ThemeStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
   return QProxyStyle::styleHint(hint, option, widget, data);
 }
 
+int ThemeStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  // Else the last entry of a menu stands on its frame.
+  if (metric == PM_MenuVMargin || metric == PM_MenuHMargin) return 4;
+  return QProxyStyle::pixelMetric(metric, option, widget);
+}
+
 }  // namespace orvanta

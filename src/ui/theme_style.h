@@ -13,6 +13,7 @@ class ThemeStyle : public QProxyStyle {
                      const QWidget* widget) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override;
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
 };
 
 }  // namespace orvanta

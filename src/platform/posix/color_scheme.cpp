@@ -12,12 +12,13 @@ namespace orvanta {
 
 namespace {
 
-/// The portal's `color-scheme`: 1 prefers dark, 2 prefers light, 0 or no answer leaves it open. The wait is short:
-/// a desktop without the portal must not hold up the start.
+/// The portal's `color-scheme`: 1 prefers dark, 2 prefers light, 0 or no answer leaves it open. The wait is
+/// short: a desktop without the portal must not hold up the start.
 int portalPreference() {
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return 0;
-  auto question = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+  auto question = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+                                                 u"/org/freedesktop/portal/desktop"_s,
                                                  u"org.freedesktop.portal.Settings"_s, u"Read"_s);
   question << u"org.freedesktop.appearance"_s << u"color-scheme"_s;
   const QDBusMessage answer = bus.call(question, QDBus::Block, 100);
@@ -30,6 +31,9 @@ int portalPreference() {
 }  // namespace
 
 ColorScheme desktopColorScheme() {
+  // Desktops with a platform theme of their own say it through the palette, as it is before the program sets
+  // its own, which is after the first call.
+  static const QPalette palette = QGuiApplication::palette();
   const QByteArray wish = qgetenv("ORVANTA_COLOR_SCHEME");
   if (wish == "dark") return ColorScheme::Dark;
   if (wish == "light") return ColorScheme::Light;
@@ -41,9 +45,8 @@ ColorScheme desktopColorScheme() {
     default:
       break;
   }
-  // Desktops with a platform theme of their own say it through the palette.
-  const QPalette palette = QGuiApplication::palette();
-  const bool dark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+  const bool dark =
+      palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
   return dark ? ColorScheme::Dark : ColorScheme::Light;
 }
 
