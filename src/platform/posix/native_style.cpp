@@ -2,6 +2,8 @@
 
 namespace orvanta {
 
-const HostStyle& HostStyle::native() { return posix(); }
+const HostStyle& HostStyle::native() {
+  return posix();
+}
 
 }  // namespace orvanta

@@ -11,7 +11,8 @@ ColorScheme desktopColorScheme() {
   if (wish == "dark") return ColorScheme::Dark;
   if (wish == "light") return ColorScheme::Light;
   const QSettings personalize(
-      u"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize"_s, QSettings::NativeFormat);
+      u"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize"_s,
+      QSettings::NativeFormat);
   return personalize.value(u"AppsUseLightTheme"_s, 1).toInt() == 0 ? ColorScheme::Dark : ColorScheme::Light;
 }
 

@@ -2,19 +2,53 @@
 
 #include <windows.h>
 
+#include <vector>
+
+#include "platform/windows/program_name.h"
+
+using namespace Qt::StringLiterals;
+
 namespace orvanta {
 
-QString commandText(int, const char* const*) {
-  const QString line = QString::fromWCharArray(GetCommandLineW());
-  // The program's own name ends at the first blank outside quotes; what follows is one text, blanks and all.
-  bool quoted = false;
-  qsizetype i = 0;
-  for (; i < line.size(); ++i) {
-    if (line[i] == u'"') quoted = !quoted;
-    if (!quoted && (line[i] == u' ' || line[i] == u'\t')) break;
+namespace {
+
+bool separates(QChar c) {
+  return c == u' ' || c == u'\t';
+}
+
+/// The length of the unquoted path in front of `line`, with or without the suffix; 0 when it is not there.
+qsizetype plainName(const QString& line, const QString& program) {
+  const qsizetype length = program.size();
+  for (const qsizetype size : {length, length - u".exe"_s.size()}) {
+    const bool ends = size > 0 && (line.size() == size || (line.size() > size && separates(line[size])));
+    if (ends && line.startsWith(program.left(size), Qt::CaseInsensitive)) return size;
   }
-  while (i < line.size() && (line[i] == u' ' || line[i] == u'\t')) ++i;
-  return line.mid(i);
+  return 0;
+}
+
+QString modulePath() {
+  std::vector<wchar_t> path(MAX_PATH);
+  for (;;) {
+    const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) return QString::fromWCharArray(path.data(), static_cast<qsizetype>(length));
+    path.resize(path.size() * 2);
+  }
+}
+
+}  // namespace
+
+QString textBehindProgram(const QString& line, const QString& program) {
+  qsizetype at = plainName(line, program);
+  bool quoted = false;
+  for (; at < line.size() && (quoted || !separates(line[at])); ++at) {
+    if (line[at] == u'"') quoted = !quoted;
+  }
+  while (at < line.size() && separates(line[at])) ++at;
+  return line.mid(at);
+}
+
+QString commandText(int, const char* const*) {
+  return textBehindProgram(QString::fromWCharArray(::GetCommandLineW()), modulePath());
 }
 
 }  // namespace orvanta

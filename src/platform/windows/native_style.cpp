@@ -2,6 +2,8 @@
 
 namespace orvanta {
 
-const HostStyle& HostStyle::native() { return windows(); }
+const HostStyle& HostStyle::native() {
+  return windows();
+}
 
 }  // namespace orvanta
