@@ -10,7 +10,7 @@
 
 #include "inventory/parser.h"
 #include "inventory/script.h"
-#include "support/virtual_headset.h"
+#include "testing/virtual_headset.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;

@@ -46,7 +46,7 @@ QByteArray drawnIcon(const QString& package, int size) {
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor::fromHsv(static_cast<int>(qHash(package, 7) % 360), 170, 210));
+  painter.setBrush(QColor::fromHsv(qChecksum(package.toUtf8()) % 360, 170, 210));
   painter.drawEllipse(QRectF(0, 0, size, size));
   painter.setBrush(Qt::white);
   painter.drawRoundedRect(QRectF(size * 0.2, size * 0.35, size * 0.6, size * 0.3), size * 0.1, size * 0.1);

@@ -1,4 +1,4 @@
-#include "virtual_headset.h"
+#include "testing/virtual_headset.h"
 
 #include <netinet/in.h>
 #include <sys/socket.h>

@@ -132,7 +132,10 @@ class IconExtractionTest : public QObject {
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(u"My GAME.APK"_s));
     QCOMPARE(read(form.ApkPath), package);
     QVERIFY(!form.RenameBackDue);
-    QVERIFY(QDir(QFileInfo(form.IconFilePath).path() + u"/.."_s).isEmpty());
+    QVERIFY(!QFileInfo::exists(form.IconFilePath));
+    // A folder of its own goes again; the program's stays.
+    const QDir iconFolder = QFileInfo(form.IconFilePath).dir();
+    QCOMPARE(iconFolder.exists(), iconFolder == QDir(QCoreApplication::applicationDirPath()));
   }
 
   void aStrangersArchiveIsLeftAlone() {

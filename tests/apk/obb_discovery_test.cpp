@@ -46,7 +46,7 @@ class ObbDiscoveryTest : public QObject {
       }
     }
     apkinfo& form = *window.form;
-    form.ApkPath = folder + u"/game.apk"_s;
+    form.ApkPath = QDir::toNativeSeparators(folder + u"/game.apk"_s);
     form.Label2->setCaption(package);
     form.Command4->setEnabled(false);
     FindObbFiles(form);
@@ -65,7 +65,7 @@ class ObbDiscoveryTest : public QObject {
     }
     apkinfo& form = *window.form;
     form.Label2->setCaption(u"a.b"_s);
-    form.ApkPath = folder + u"/game.apk"_s;
+    form.ApkPath = QDir::toNativeSeparators(folder + u"/game.apk"_s);
     FindObbFiles(form);
     QCOMPARE(form.txtOutputs->Text(), QString());
     QFile::remove(folder + u"/256.obb"_s);

@@ -14,7 +14,7 @@
 #include <QtEndian>
 #include <algorithm>
 
-#include "support/sample_package.h"
+#include "sample_package.h"
 
 extern char** environ;
 

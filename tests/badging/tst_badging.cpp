@@ -7,7 +7,7 @@
 #include <QtEndian>
 
 #include "package_maker.h"
-#include "support/sample_package.h"
+#include "sample_package.h"
 #include "table_maker.h"
 
 using namespace Qt::StringLiterals;

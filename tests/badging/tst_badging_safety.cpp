@@ -5,7 +5,7 @@
 #include <QTest>
 
 #include "package_maker.h"
-#include "support/sample_package.h"
+#include "sample_package.h"
 #include "table_maker.h"
 
 using namespace Qt::StringLiterals;

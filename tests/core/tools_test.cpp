@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/command_line.h"
 
@@ -109,10 +111,17 @@ class ToolsTest : public QObject {
       QVERIFY(file.open(QIODevice::WriteOnly));
     }
     QDir(folder.path()).mkdir(u"sub.obb"_s);
-    QFile::link(folder.filePath(u"a.txt"_s), folder.filePath(u"link.obb"_s));
-    QFile::link(u"nowhere"_s, folder.filePath(u"broken.obb"_s));
-    const QStringList wanted{u".hidden"_s,  u"a.txt"_s,      u"B.txt"_s,
-                             u"link.obb"_s, u"main.2.obb"_s, u"main.10.obb"_s};
+    const auto link = [&](const QString& target, const QString& name) {
+      std::error_code refused;
+      std::filesystem::create_symlink(target.toStdU16String(), folder.filePath(name).toStdU16String(),
+                                      refused);
+      return !refused;
+    };
+    const bool linked =
+        link(folder.filePath(u"a.txt"_s), u"link.obb"_s) && link(u"nowhere"_s, u"broken.obb"_s);
+    QStringList wanted{u".hidden"_s,  u"a.txt"_s,      u"B.txt"_s,
+                       u"link.obb"_s, u"main.2.obb"_s, u"main.10.obb"_s};
+    if (!linked) wanted.removeOne(u"link.obb"_s);  // Windows lets not everybody make one
     QCOMPARE(filesDirectlyIn(folder.path()), wanted);
     QCOMPARE(filesDirectlyIn(folder.filePath(u"missing"_s)), QStringList());
     QCOMPARE(filesDirectlyIn(QString()), QStringList());

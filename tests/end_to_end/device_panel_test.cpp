@@ -3,7 +3,7 @@
 #include "device/adb_row.h"
 #include "device/device_panel.h"
 #include "device/press_table.h"
-#include "support/virtual_headset.h"
+#include "testing/virtual_headset.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
 #include "program.h"
-#include "support/sample_package.h"
+#include "sample_package.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;

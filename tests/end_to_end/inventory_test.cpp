@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "inventory/installed_apps.h"
-#include "support/virtual_headset.h"
+#include "testing/virtual_headset.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;

@@ -4,7 +4,7 @@
 #include "inventory/parser.h"
 #include "operations/app_operations.h"
 #include "program.h"
-#include "support/sample_package.h"
+#include "sample_package.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;

@@ -1,8 +1,8 @@
 #include "permissions/permission_manager.h"
 
 #include "inventory/apps_form.h"
-#include "support/sample_package.h"
-#include "support/virtual_headset.h"
+#include "sample_package.h"
+#include "testing/virtual_headset.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "app/application.h"
-#include "support/virtual_headset.h"
+#include "testing/virtual_headset.h"
 #include "ui/recording_desktop.h"
 
 namespace orvanta {

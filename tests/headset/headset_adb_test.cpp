@@ -10,7 +10,7 @@
 #include <QTcpSocket>
 #include <QTest>
 
-#include "support/virtual_headset.h"
+#include "testing/virtual_headset.h"
 
 using namespace Qt::StringLiterals;
 using orvanta::test::AdbReply;

@@ -4,8 +4,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include "support/sample_package.h"
-#include "support/virtual_headset.h"
+#include "sample_package.h"
+#include "testing/virtual_headset.h"
 
 using namespace Qt::StringLiterals;
 using orvanta::SamplePackage;

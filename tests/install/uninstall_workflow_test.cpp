@@ -1,8 +1,6 @@
 #include "install/uninstall_workflow.h"
 
-#include <QFile>
-#include <QRegularExpression>
-
+#include "support/stand_in.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -12,27 +10,6 @@ namespace {
 
 const QString listing = u"shell pm list packages"_s;
 const QString storageQuery = u"shell echo $EXTERNAL_STORAGE"_s;
-
-/// What the stand-in for adb answers, and what it was called with.
-class Script {
- public:
-  Script() { qputenv("ORVANTA_SCRIPT", QFile::encodeName(m_folder.path())); }
-
-  void answer(QString arguments, const QString& text) {
-    static const QRegularExpression other(u"[^a-zA-Z0-9.]"_s);
-    QFile file(m_folder.filePath(arguments.replace(other, u"_"_s)));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(text.toUtf8());
-  }
-  QStringList calls() const {
-    QFile file(m_folder.filePath(u"calls"_s));
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-  }
-
- private:
-  QTemporaryDir m_folder;
-};
 
 struct Case {
   const char* name;
@@ -116,9 +93,9 @@ class UninstallWorkflowTest : public QObject {
     };
     for (const Case& one : cases) {
       qInfo("%s", one.name);
-      Script script;
-      script.answer(listing, there);
-      for (auto it = one.answers.begin(); it != one.answers.end(); ++it) script.answer(it.key(), it.value());
+      StandIn adb;
+      adb.answer(listing, there);
+      for (auto it = one.answers.begin(); it != one.answers.end(); ++it) adb.answer(it.key(), it.value());
       MainWindowFixture window;
       apkinfo& form = *window.form;
       const UninstallWorkflow workflow(form);
@@ -130,7 +107,7 @@ class UninstallWorkflowTest : public QObject {
       QVERIFY(form.WatcherHold);
       QTRY_VERIFY(!form.turn().taken());
       QVERIFY(!form.WatcherHold && !window.module.CommandBusy);
-      QCOMPARE(script.calls(), one.calls);
+      QCOMPARE(adb.calls(), one.calls);
       QCOMPARE(form.txtOutputs->Text(), one.console);
       QCOMPARE(window.desktop.beeps, one.beeps);
       const QString warning =
@@ -143,7 +120,7 @@ class UninstallWorkflowTest : public QObject {
   }
 
   void aStoppedQuestionIsNoAnswer() {
-    const Script script;
+    const StandIn adb;
     MainWindowFixture window;
     const UninstallWorkflow workflow(*window.form);
     loadPackage(*window.form, u"com.example.game"_s);

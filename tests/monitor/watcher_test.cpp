@@ -4,8 +4,8 @@
 #include "monitor/device_watcher.h"
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
+#include "support/stand_in.h"
 #include "ui/main_window_fixture.h"
-#include "ui/scripted_adb.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -20,7 +20,7 @@ class WatcherTest : public QObject {
   Q_OBJECT
 
   std::unique_ptr<MainWindowFixture> m_window;
-  std::unique_ptr<ScriptedAdb> m_adb;
+  std::unique_ptr<StandIn> m_adb;
   std::unique_ptr<DeviceWatcher> m_watcher;
 
   apkinfo& form() { return *m_window->form; }
@@ -29,7 +29,7 @@ class WatcherTest : public QObject {
  private Q_SLOTS:
   void init() {
     m_window = std::make_unique<MainWindowFixture>();
-    m_adb = std::make_unique<ScriptedAdb>(m_window->filePath(QString()));
+    m_adb = std::make_unique<StandIn>();
     form().objDOS = std::make_unique<DOSOutputs>(form(), &form().turn());
     form().NormalBackColor = QString::number(form().Label6->BackColor());
     form().NormalForeColor = QString::number(form().Label6->ForeColor());

@@ -5,7 +5,8 @@
 #include <memory>
 
 #include "core/main_window.h"
-#include "recording_desktop.h"
+#include "ui/own_settings.h"
+#include "ui/recording_desktop.h"
 
 namespace orvanta {
 
@@ -15,9 +16,6 @@ namespace orvanta {
 class MainWindowFixture {
  public:
   MainWindowFixture() {
-    // The variable of the environment is read once a process; this holds from now on.
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       m_folder.filePath(QStringLiteral("config")));
     settings = std::make_unique<SettingsStore>();
     MainWindowNeeds needs{desktop, *settings, module, [this] { ++ends; }};
     form = std::make_unique<apkinfo>(needs);
@@ -27,6 +25,7 @@ class MainWindowFixture {
 
  private:
   QTemporaryDir m_folder;
+  OwnSettings m_ownSettings{m_folder.filePath(QStringLiteral("config"))};
 
  public:
   RecordingDesktop desktop;

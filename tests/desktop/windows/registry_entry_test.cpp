@@ -1,0 +1,65 @@
+#include <windows.h>
+
+#include <QDir>
+#include <QTest>
+
+#include "desktop/file_manager_entry.h"
+#include "desktop/first_run.h"
+#include "ui/main_window_fixture.h"
+
+using namespace Qt::StringLiterals;
+using namespace orvanta;
+
+namespace {
+
+/// The text that stands in the registry, empty when there is none or one of another type.
+QString registryText(HKEY root, const QString& key, const QString& name) {
+  std::array<wchar_t, 1024> text = {};
+  auto bytes = static_cast<DWORD>(sizeof(text));
+  ::RegGetValueW(root, key.toStdWString().c_str(), name.toStdWString().c_str(), RRF_RT_REG_SZ, nullptr,
+                 text.data(), &bytes);
+  return QString::fromWCharArray(text.data());
+}
+
+}  // namespace
+
+class RegistryEntryTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void whatTheFirstRunLeaves() {
+    MainWindowFixture window;
+    const auto entry = FileManagerEntry::create();
+    QCoro::waitFor(FirstRun(*window.form, *entry));
+    QCOMPARE(window.desktop.boxes.size(), 3);
+    QCOMPARE(window.ends, 1);
+
+    const QString program = QDir::toNativeSeparators(QCoreApplication::applicationFilePath());
+    const QString verb = u"*\\shell\\Orvanta"_s;
+    QCOMPARE(registryText(HKEY_CLASSES_ROOT, verb + u"\\Command"_s, QString()), program + u" %1"_s);
+    QCOMPARE(registryText(HKEY_CLASSES_ROOT, verb, u"AppliesTo"_s), u".apk"_s);
+    QCOMPARE(registryText(HKEY_CLASSES_ROOT, verb, u"Icon"_s), program);
+    const std::pair<QString, QString> settings[] = {
+        {u"Explentry"_s, u"on"_s}, {u"Grant"_s, u"off"_s}, {u"tooltip"_s, u"on"_s}};
+    for (const auto& [section, value] : settings)
+      QCOMPARE(registryText(HKEY_CURRENT_USER, u"Software\\Orvanta\\Orvanta\\"_s + section, u"Value"_s),
+               value);
+  }
+
+  void refusedByTheRegistry() {
+    MainWindowFixture window;
+    // A lasting key cannot be made below one that goes with the session, not even by an administrator.
+    HKEY verb = nullptr;
+    QCOMPARE(::RegCreateKeyExW(HKEY_CLASSES_ROOT, L"*\\shell", 0, nullptr, REG_OPTION_VOLATILE,
+                               KEY_ALL_ACCESS, nullptr, &verb, nullptr),
+             ERROR_SUCCESS);
+    ::RegCloseKey(verb);
+    const auto entry = FileManagerEntry::create();
+    QCoro::waitFor(FirstRun(*window.form, *entry));
+    QCOMPARE(window.desktop.boxTexts().last(), u"错误：也许没有管理员权限！"_s);
+    QCOMPARE(window.settings->read(u"Explentry"_s, QString()), u"off"_s);
+  }
+};
+
+QTEST_MAIN(RegistryEntryTest)
+#include "registry_entry_test.moc"

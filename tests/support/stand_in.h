@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QFile>
+#include <QList>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <utility>
+
+namespace orvanta {
+
+/// The tools that lie beside a test of orvanta_test_with_stand_ins(): they print what stands ready for a
+/// call, and note it. For what a window does with an answer; how the real tools answer is for the end-to-end
+/// tests.
+class StandIn {
+ public:
+  /// What a call does, in this order.
+  struct Answer {
+    /// What a pull brings: names below its place, with the content. An empty name is the place itself, one
+    /// that ends in a slash a folder.
+    QList<std::pair<QString, QString>> files;
+    QString reply;
+    bool hangs = false;
+  };
+
+  StandIn() { qputenv("ORVANTA_STAND_IN", m_folder.path().toUtf8()); }
+
+  /// From now on a call whose words behind the tool's name, joined by blanks, are `call`, in which a star is
+  /// any text, is answered so. The latest that fits a call counts; without one nothing is printed.
+  void answer(const QString& call, const Answer& answer) {
+    QByteArray rule = '?' + call.toUtf8() + '\0';
+    for (const auto& [name, content] : answer.files)
+      rule += '+' + name.toUtf8() + '\n' + content.toUtf8() + '\0';
+    rule += '>' + answer.reply.toUtf8() + '\0';
+    if (answer.hangs) rule += QByteArray("~", 2);
+    m_rules.prepend(rule);
+    QFile file(m_folder.filePath(QStringLiteral("rules")));
+    if (file.open(QIODevice::WriteOnly)) file.write(m_rules);
+  }
+  void answer(const QString& call, const QString& reply) { answer(call, Answer{{}, reply}); }
+
+  /// The words of the calls so far.
+  QStringList calls() const { return notes(QStringLiteral("calls")); }
+  /// The same; they are then forgotten.
+  QStringList takeCalls() {
+    const QStringList taken = calls();
+    for (const QString& name : {QStringLiteral("calls"), QStringLiteral("lines")})
+      QFile::remove(m_folder.filePath(name));
+    return taken;
+  }
+  /// The calls so far as the system handed them over: on Windows the command lines as they are, elsewhere the
+  /// tool and the words, joined by blanks.
+  QStringList lines() const { return notes(QStringLiteral("lines")); }
+
+ private:
+  QStringList notes(const QString& name) const {
+    QFile file(m_folder.filePath(name));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    QStringList found = QString::fromUtf8(file.readAll()).split(u'\n');
+    found.removeLast();
+    return found;
+  }
+
+  QTemporaryDir m_folder;
+  QByteArray m_rules;
+};
+
+}  // namespace orvanta
