@@ -3,6 +3,7 @@
 ;
 ; Defined by the caller: VERSION, STAGE (what goes in), OUTPUT.
 Unicode true
+Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
 

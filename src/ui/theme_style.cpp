@@ -63,6 +63,12 @@ ThemeStyle::ThemeStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
 
 void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
+  if (element == PE_PanelMenu) {
+    painter->setPen(theme::frameLine(option->palette).darker(130));
+    painter->setBrush(option->palette.color(QPalette::Button));
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    return;
+  }
   if (element != PE_PanelButtonCommand && element != PE_IndicatorCheckBox) {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     return;
