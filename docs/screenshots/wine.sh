@@ -17,11 +17,11 @@ prepare_wine() {
 start_wine() {
   windows_folder="$stage/Orvanta"
   mkdir "$windows_folder"
-  cp "$project_root/build/windows/bin/orvanta.exe" "$project_root/build/windows/tests/windows/"{adb,aapt}.exe \
+  cp "$project_root/build/windows/bin/orvanta.exe" "$project_root/build/windows/packaging/windows/relay/"{adb,aapt}.exe \
     "$project_root/build/dev/bin/aapt-arm-pie" "$windows_folder/"
   ORVANTA_RELAY_PORT=$(free_port)
   export ORVANTA_RELAY_PORT
-  "$project_root/tests/windows/relay-server" "$ORVANTA_RELAY_PORT" >"$stage/relay.log" 2>&1 &
+  "$project_root/packaging/windows/relay/relay-server" "$ORVANTA_RELAY_PORT" >"$stage/relay.log" 2>&1 &
   started+=("$!")
   start_wine_home
 }
