@@ -10,6 +10,7 @@ headset_log=""       # every service that was opened on the headset
 orvanta_pid=""
 on_failure=""          # called first when the script ends in failure
 declare -a started=()  # processes to end, in the order of their start
+declare -a at_end=()   # commands that end something else
 readonly demo_package=com.example.lighthouse
 
 # open_stage: makes the folder and turns the environment to it. Whatever happens, the end of the script ends what
@@ -39,7 +40,7 @@ interrupted() {
 }
 
 close_stage() {
-  local code=$? i
+  local code=$? i command
   set +e
   trap - EXIT
   trap '' INT TERM HUP
@@ -47,6 +48,7 @@ close_stage() {
   [[ -z $orvanta_pid ]] || end_process "$orvanta_pid"
   timeout 10 adb kill-server >/dev/null 2>&1
   for ((i = ${#started[@]} - 1; i >= 0; i--)); do end_process "${started[i]}"; done
+  for command in "${at_end[@]}"; do "$command"; done
   # The headset's folders are its own to write; some may come without the right to remove.
   chmod -R u+rwX "$stage" 2>/dev/null
   rm -rf "$stage"

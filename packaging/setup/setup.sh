@@ -14,7 +14,9 @@ declare -rA debian_packages=(
   [test]="desktop-file-utils libglib2.0-bin"
   [virtual-display]="xvfb openbox xdotool x11-utils xclip imagemagick"
   [pictures]="optipng"
-  [windows]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev xz-utils wine64 nsis zip socat"
+  [windows]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev xz-utils wine64"
+  [windows-package]="nsis zip"
+  [windows-look]="socat"
 )
 
 say() {
@@ -77,6 +79,11 @@ build() {
   shift
   (($# == 0)) || targets=(--target "$@")
   command -v ccache >/dev/null && launcher=ccache
+  # What was found in an older kit would stay.
+  local found=$project_root/build/$preset/CMakeCache.txt
+  if [[ $preset == windows && -e $found ]] && ! grep -qxF "ORVANTA_WINDOWS_KIT:PATH=$ORVANTA_WINDOWS_KIT" "$found"; then
+    rm "$found"
+  fi
   say "Building (preset $preset)"
   log=$(mktemp)
   if ! (cd "$project_root" && cmake --preset "$preset" -D CMAKE_CXX_COMPILER_LAUNCHER="$launcher") >"$log" 2>&1; then

@@ -6,6 +6,7 @@ Unicode true
 Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
+!include LogicLib.nsh
 
 Name "Orvanta"
 OutFile "${OUTPUT}"
@@ -25,7 +26,6 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "Copyright (c) 2026 The Orvanta develop
 !define MUI_ICON "${STAGE}\..\orvanta.ico"
 !define MUI_UNICON "${STAGE}\..\orvanta.ico"
 !define MUI_ABORTWARNING
-!define MUI_FINISHPAGE_RUN "$INSTDIR\orvanta.exe"
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\README.txt"
 !define MUI_FINISHPAGE_TEXT "Orvanta needs adb.exe and aapt.exe in its folder. README.txt tells where they come from."
 !insertmacro MUI_PAGE_LICENSE "${STAGE}\licences\Orvanta.txt"
@@ -63,7 +63,7 @@ Section
 SectionEnd
 
 ; Takes away what the installer brought and nothing else: adb.exe, aapt.exe and whatever else lies there are the
-; user's, and the folder goes only if it is empty. The settings stay.
+; user's, and the folder goes only if it is empty. The settings stay. The file manager's entry goes if it leads here.
 Section "Uninstall"
   Delete "$INSTDIR\orvanta.exe"
   IfErrors 0 +3
@@ -76,6 +76,16 @@ Section "Uninstall"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Orvanta.lnk"
+  StrLen $1 "$INSTDIR\"
+  ReadRegStr $0 HKCR "*\shell\Orvanta\Command" ""
+  StrCpy $0 $0 $1
+  ${If} $0 == "$INSTDIR\"
+    ClearErrors
+    DeleteRegKey HKCR "*\shell\Orvanta"
+    ${If} ${Errors}
+      MessageBox MB_ICONINFORMATION "The entry in the menu of APK files can be removed by an administrator only:$\r$\n$\r$\nreg delete HKCR\*\shell\Orvanta /f" /SD IDOK
+    ${EndIf}
+  ${EndIf}
   DeleteRegKey HKCU "${UNINSTALL_KEY}"
   DeleteRegKey HKCU "Software\Orvanta\Installer"
   DeleteRegKey /ifempty HKCU "Software\Orvanta"

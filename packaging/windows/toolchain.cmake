@@ -6,10 +6,7 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-if(NOT ORVANTA_WINDOWS_KIT)
-  set(ORVANTA_WINDOWS_KIT "$ENV{ORVANTA_WINDOWS_KIT}")
-endif()
-set(ORVANTA_WINDOWS_KIT "${ORVANTA_WINDOWS_KIT}" CACHE PATH "Folder of the libraries built by build-kit")
+set(ORVANTA_WINDOWS_KIT "$ENV{ORVANTA_WINDOWS_KIT}" CACHE PATH "Folder of the libraries built by build-kit")
 # Trial compilations of CMake read this file again and must find the same kit.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ORVANTA_WINDOWS_KIT)
 

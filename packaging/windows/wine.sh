@@ -28,8 +28,13 @@ start_wine_home() {
   say "Making a Wine home"
   wine_home=$stage/wine
   mkdir "$wine_home"
-  # In the foreground, so that it can be ended, and everything under Wine with it.
-  WINEPREFIX=$wine_home "${wine%64}server64" --foreground --persistent >"$stage/wineserver.log" 2>&1 &
-  started+=("$!")
+  at_end+=(end_wine_home)
   in_wine wineboot --init >"$stage/wine.log" 2>&1
+}
+
+# Ends whatever runs under it, Wine's own services too.
+end_wine_home() {
+  local server=${wine%64}server64
+  WINEPREFIX=$wine_home "$server" --kill
+  WINEPREFIX=$wine_home "$server" --wait
 }
