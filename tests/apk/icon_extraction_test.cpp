@@ -68,9 +68,20 @@ class IconExtractionTest : public QObject {
   Q_OBJECT
 
   QTemporaryDir m_cache;
+  std::unique_ptr<QTemporaryDir> m_folder;
+  std::unique_ptr<MainWindowFixture> m_window;
+
+  apkinfo& form() { return *m_window->form; }
+  QString at(const QString& name) const { return m_folder->filePath(name); }
+  QStringList names() const { return QDir(m_folder->path()).entryList(QDir::Files); }
 
  private Q_SLOTS:
   void initTestCase() { qputenv("XDG_CACHE_HOME", QFile::encodeName(m_cache.path())); }
+  void init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_window = std::make_unique<MainWindowFixture>();
+  }
+  void cleanup() { m_window.reset(); }
 
   void packages_data() {
     QTest::addColumn<QString>("named");
@@ -120,50 +131,41 @@ class IconExtractionTest : public QObject {
     QFETCH(QString, named);
     QFETCH(QByteArray, package);
     QFETCH(QColor, shown);
-    MainWindowFixture window;
-    apkinfo& form = *window.form;
-    QTemporaryDir folder;
-    form.ApkPath = folder.filePath(u"My GAME.APK"_s);
-    form.ManifestFields[9] = named;
-    write(form.ApkPath, package);
-    QCoro::waitFor(showIcon(form));
-    const QImage& drawn = form.Picture1->Picture();
+    form().ApkPath = at(u"My GAME.APK"_s);
+    form().ManifestFields[9] = named;
+    write(form().ApkPath, package);
+    QCoro::waitFor(showIcon(form()));
+    const QImage& drawn = form().Picture1->Picture();
     QCOMPARE(drawn.isNull() ? QColor() : drawn.pixelColor(0, 0), shown);
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(u"My GAME.APK"_s));
-    QCOMPARE(read(form.ApkPath), package);
-    QVERIFY(!form.RenameBackDue);
-    QVERIFY(!QFileInfo::exists(form.IconFilePath));
+    QCOMPARE(names(), QStringList(u"My GAME.APK"_s));
+    QCOMPARE(read(form().ApkPath), package);
+    QVERIFY(!form().RenameBackDue);
+    QVERIFY(!QFileInfo::exists(form().IconFilePath));
     // A folder of its own goes again; the program's stays.
-    const QDir iconFolder = QFileInfo(form.IconFilePath).dir();
+    const QDir iconFolder = QFileInfo(form().IconFilePath).dir();
     QCOMPARE(iconFolder.exists(), iconFolder == QDir(QCoreApplication::applicationDirPath()));
   }
 
   void aStrangersArchiveIsLeftAlone() {
-    MainWindowFixture window;
-    apkinfo& form = *window.form;
-    DeviceWatcher watcher(form);
-    QTemporaryDir folder;
-    form.ApkPath = folder.filePath(u"x.APK"_s);
-    write(form.ApkPath, "package");
+    DeviceWatcher watcher(form());
+    form().ApkPath = at(u"x.APK"_s);
+    write(form().ApkPath, "package");
     const QByteArray theirs = archive({{"res/mipmap-mdpi/app_icon.png", icon(Qt::red)}});
-    write(folder.filePath(u"x.zip"_s), theirs);
-    QCoro::waitFor(showIcon(form));
+    write(at(u"x.zip"_s), theirs);
+    QCoro::waitFor(showIcon(form()));
     QCoro::waitFor(watcher.Timer3_Timer());
-    QVERIFY(form.Picture1->Picture().isNull());
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList({u"x.APK"_s, u"x.zip"_s}));
-    QCOMPARE(read(form.ApkPath), "package");
-    QCOMPARE(read(folder.filePath(u"x.zip"_s)), theirs);
+    QVERIFY(form().Picture1->Picture().isNull());
+    QCOMPARE(names(), QStringList({u"x.APK"_s, u"x.zip"_s}));
+    QCOMPARE(read(form().ApkPath), "package");
+    QCOMPARE(read(at(u"x.zip"_s)), theirs);
   }
 
   void theWatcherGivesTheNameBack() {
-    MainWindowFixture window;
-    apkinfo& form = *window.form;
-    DeviceWatcher watcher(form);
-    QTemporaryDir folder;
-    form.ApkPath = folder.filePath(u"GAME.APK"_s);
-    const QString zipPath = folder.filePath(u"GAME.zip"_s);
+    DeviceWatcher watcher(form());
+    form().ApkPath = at(u"GAME.APK"_s);
+    const QString zipPath = at(u"GAME.zip"_s);
     const QByteArray package = archive({{"res/mipmap-mdpi/app_icon.png", QByteArray(17 * MiB, 'x')}});
-    write(form.ApkPath, package);
+    write(form().ApkPath, package);
     // Somebody puts a file in the place of the package while it is away.
     bool squatted = false;
     for (int round = 0; round < 50 && !squatted; ++round) {
@@ -171,26 +173,25 @@ class IconExtractionTest : public QObject {
       std::thread squatter([&] {
         while (!over && !QFileInfo::exists(zipPath)) {
         }
-        squatted = QFile(form.ApkPath).open(QIODevice::WriteOnly | QIODevice::NewOnly);
+        squatted = QFile(form().ApkPath).open(QIODevice::WriteOnly | QIODevice::NewOnly);
       });
-      QCoro::waitFor(showIcon(form));
+      QCoro::waitFor(showIcon(form()));
       over = true;
       squatter.join();
     }
-    QVERIFY(squatted);
-    QVERIFY(form.RenameBackDue);
+    QVERIFY(squatted && form().RenameBackDue);
     QCoro::waitFor(watcher.Timer3_Timer());
-    QCOMPARE(read(form.ApkPath), QByteArray());
-    QVERIFY(QFile::remove(form.ApkPath));
-    form.WatcherHold = true;
+    QCOMPARE(read(form().ApkPath), QByteArray());
+    QVERIFY(QFile::remove(form().ApkPath));
+    form().WatcherHold = true;
     QCoro::waitFor(watcher.Timer3_Timer());
-    QCOMPARE(read(zipPath), package);
-    form.WatcherHold = false;
+    QCOMPARE(names(), QStringList(u"GAME.zip"_s));
+    form().WatcherHold = false;
     QCoro::waitFor(watcher.Timer3_Timer());
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(u"GAME.APK"_s));
-    QCOMPARE(read(form.ApkPath), package);
+    QCOMPARE(names(), QStringList(u"GAME.APK"_s));
+    QCOMPARE(read(form().ApkPath), package);
     // What somebody puts there later is no business of ours.
-    QVERIFY(QFile::rename(form.ApkPath, zipPath));
+    QVERIFY(QFile::rename(form().ApkPath, zipPath));
     QCoro::waitFor(watcher.Timer3_Timer());
     QVERIFY(QFileInfo::exists(zipPath));
   }

@@ -9,13 +9,26 @@
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
+namespace {
+
+/// Makes the files in the folder; a name that ends in a slash is a folder.
+void fill(const QString& folder, const QStringList& names) {
+  QDir().mkpath(folder);
+  for (const QString& name : names) {
+    QFile file(folder + u'/' + name);
+    QVERIFY(name.endsWith(u'/') ? QDir(folder).mkdir(name) : file.open(QIODevice::WriteOnly));
+  }
+}
+
+}  // namespace
+
 class ObbDiscoveryTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void cases_data() {
     QTest::addColumn<QString>("package");
-    QTest::addColumn<QStringList>("files");  // a name that ends in a slash is a folder
+    QTest::addColumn<QStringList>("files");
     QTest::addColumn<QString>("console");
     QTest::addColumn<int>("beeps");
     const QString found = u"\r\nFound OBB Files: \r\n"_s;
@@ -36,15 +49,7 @@ class ObbDiscoveryTest : public QObject {
     QFETCH(QStringList, files);
     MainWindowFixture window;
     const QString folder = window.filePath(u"games"_s);
-    QDir().mkpath(folder);
-    for (const QString& name : files) {
-      if (name.endsWith(u'/')) {
-        QDir(folder).mkdir(name.chopped(1));
-      } else {
-        QFile file(folder + u'/' + name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-      }
-    }
+    fill(folder, files);
     apkinfo& form = *window.form;
     form.ApkPath = QDir::toNativeSeparators(folder + u"/game.apk"_s);
     form.Label2->setCaption(package);
@@ -58,11 +63,7 @@ class ObbDiscoveryTest : public QObject {
   void bounds() {
     MainWindowFixture window;
     const QString folder = window.filePath(u"games"_s);
-    QDir().mkpath(folder);
-    for (int i = 1; i <= 256; ++i) {
-      QFile file(folder + u"/%1.obb"_s.arg(i));
-      QVERIFY(file.open(QIODevice::WriteOnly));
-    }
+    for (int i = 1; i <= 256; ++i) fill(folder, {u"%1.obb"_s.arg(i)});
     apkinfo& form = *window.form;
     form.Label2->setCaption(u"a.b"_s);
     form.ApkPath = QDir::toNativeSeparators(folder + u"/game.apk"_s);
@@ -77,6 +78,7 @@ class ObbDiscoveryTest : public QObject {
     const QString before = form.txtOutputs->Text();
     FindObbFiles(form);
     QCOMPARE(form.txtOutputs->Text(), before);
+    QCOMPARE(window.desktop.beeps, 0);
   }
 };
 

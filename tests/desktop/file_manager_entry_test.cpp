@@ -7,10 +7,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QXmlStreamReader>
 
 #include "desktop/desktop_entry.h"
-#include "desktop/registry_entry.h"
 #include "platform/shell_verb.h"
 
 using namespace Qt::StringLiterals;
@@ -62,35 +60,16 @@ class FileManagerEntryTest : public QObject {
     qputenv("XDG_DATA_HOME", m_folder->filePath(u"data home"_s).toUtf8());
   }
 
-  void shellVerb() {
-    QCOMPARE(executablePath(u"D:\\"_s, u"orvanta"_s), u"D:\\orvanta.exe"_s);
-    const QString program = executablePath(u"C:\\My Tools\\Orvanta"_s, u"orvanta"_s);
-    QCOMPARE(program, u"C:\\My Tools\\Orvanta\\orvanta.exe"_s);
-    const std::array<RegistryWrite, 3> writes{{
-        {u"HKCR\\*\\shell\\Orvanta\\Command\\"_s, program + u" %1"_s, u"REG_SZ"_s},
-        {u"HKCR\\*\\shell\\Orvanta\\AppliesTo"_s, u".apk"_s, u"REG_SZ"_s},
-        {u"HKCR\\*\\shell\\Orvanta\\Icon"_s, program, u"REG_SZ"_s},
-    }};
-    QVERIFY(shellVerbWrites(program) == writes);
-    const RegistryPlace places[] = {{u"HKCR"_s, u"*\\shell\\Orvanta\\Command"_s, u""_s},
-                                    {u"HKCR"_s, u"*\\shell\\Orvanta"_s, u"AppliesTo"_s},
-                                    {u"HKCR"_s, u"*\\shell\\Orvanta"_s, u"Icon"_s}};
-    for (size_t i = 0; i < writes.size(); ++i) QVERIFY(registryPlace(writes[i].Path) == places[i]);
-    QVERIFY(registryPlace(u"HKCR\\x"_s) == (RegistryPlace{u"HKCR"_s, u""_s, u"x"_s}));
-  }
-
   void awkwardFolders_data() {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("exec");
-    QTest::newRow("plain") << u"plain"_s << u"\"/plain/o\" %f"_s;
-    QTest::newRow("blanks") << u" a  b "_s << u"\"/ a  b /o\" %f"_s;
+    QTest::newRow("blanks, signs, other scripts")
+        << u" a  b=头显é;c&d#e* "_s << u"\"/ a  b=头显é;c&d#e* /o\" %f"_s;
     QTest::newRow("quotes") << u"a\"b'c"_s << u"\"/a\\\\\"b'c/o\" %f"_s;
     QTest::newRow("per cent") << u"50%f"_s << u"env \"/50%%f/o\" %f"_s;
     QTest::newRow("dollar, grave") << u"$HOME`id`"_s << u"\"/\\\\$HOME\\\\`id\\\\`/o\" %f"_s;
     QTest::newRow("backslash") << u"a\\nb\\"_s << u"\"/a\\\\\\\\nb\\\\\\\\/o\" %f"_s;
     QTest::newRow("line end, tab") << u"a\nb\tc"_s << u"\"/a\\nb\\tc/o\" %f"_s;
-    QTest::newRow("equals, signs") << u"a=b;c&d#e*"_s << u"\"/a=b;c&d#e*/o\" %f"_s;
-    QTest::newRow("other scripts") << u"头显é"_s << u"\"/头显é/o\" %f"_s;
   }
   void awkwardFolders() {
     QFETCH(QString, folder);
@@ -121,14 +100,10 @@ class FileManagerEntryTest : public QObject {
     const QString folder = QStringLiteral(ORVANTA_LINUX_PACKAGING "/") + desktopId;
     const QString packaged = QString::fromUtf8(contentOf(folder + u".desktop"_s));
     QCOMPARE(placeless(packaged), placeless(desktopEntry(u"/opt/orvanta"_s)));
-    QFile metainfo(folder + u".metainfo.xml"_s);
-    QVERIFY(metainfo.open(QIODevice::ReadOnly));
-    QStringList ids;
-    for (QXmlStreamReader xml(&metainfo); !xml.atEnd(); xml.readNext()) {
-      if (!xml.isStartElement()) continue;
-      if (xml.name() == u"id" || xml.name() == u"launchable") ids << xml.readElementText();
-    }
-    QCOMPARE(ids, (QStringList{desktopId, desktopId + u".desktop"_s}));
+    const QByteArray metainfo = contentOf(folder + u".metainfo.xml"_s);
+    const QByteArray id = desktopId.toUtf8();
+    QVERIFY(metainfo.contains("<id>" + id + "</id>"));
+    QVERIFY(metainfo.contains("<launchable type=\"desktop-id\">" + id + ".desktop</launchable>"));
   }
 
   void writtenForTheUser() {

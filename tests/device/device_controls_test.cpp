@@ -1,46 +1,113 @@
-#include <QTest>
-
 #include "device/adb_row.h"
 #include "device/device_panel.h"
-#include "device/press_table.h"
 #include "device/presses.h"
+#include "support/stand_in.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
+namespace {
+
+/// The open main window with the panel and the row.
+struct Window : MainWindowFixture {
+  Window() {
+    form->objDOS = std::make_unique<DOSOutputs>(*form, &form->turn());
+    QObject::connect(form->objDOS.get(), &DOSOutputs::ReceiveOutputs, form->txtOutputs, &Console::append);
+    form->show();
+    form->setWidth(openWidth);
+    form->setHeight(openHeight);
+  }
+  bool settled() const {
+    return QTest::qWaitFor([this] { return !form->turn().taken(); }, 20000);
+  }
+  bool press(Button* button) const {
+    button->click();
+    return settled();
+  }
+
+  DevicePanel panel{*form};
+  AdbRow row{*form};
+};
+
+}  // namespace
+
 class DeviceControlsTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void lines_data() {
-    QTest::addColumn<Host>("host");
-    QTest::addColumn<QString>("adb");
-    QTest::newRow("windows") << Host{HostStyle::windows(), u"C:\\My Tools"_s}
-                             << u"\"C:\\My Tools\\adb.exe\" "_s;
-    QTest::newRow("posix") << Host{HostStyle::posix(), u"/opt/my tools"_s} << u"\"/opt/my tools/adb\" "_s;
-  }
-  void lines() {
-    QFETCH(Host, host);
-    QFETCH(QString, adb);
-    for (int Index = 0; Index < 22; ++Index) {
-      QStringList expected;
-      for (const QString& setting : settingsOfPress(Index)) expected << adb + u"shell setprop "_s + setting;
-      QCOMPARE(pressLines(host, Index), expected);
+  void everyPressSetsWhatItsCaptionSays() {
+    QStringList expected{u"Guardian: On, guardian_pause 1"_s, u"Guardian: Off, guardian_pause 0"_s,
+                         u"Set Refresh Rate: 72, refreshRate 72"_s,
+                         u"Set Refresh Rate: 90, refreshRate 90"_s};
+    for (int level = 0; level <= 4; ++level)
+      expected << u"Set Fixed Foveated Rendering level: %1, foveation.level %1"_s.arg(level);
+    expected << u"Full Rate Capture: On, fullRateCapture 1"_s
+             << u"Full Rate Capture: Off, fullRateCapture 0"_s;
+    for (const auto& [width, height] : {std::pair{1280, 720}, {640, 480}, {1920, 1080}})
+      expected << u"Video Capture Size: %2p, capture.width %1, capture.height %2"_s.arg(width).arg(height);
+    for (const int size : {1536, 1280, 1024, 768, 512, 2048, 2560, 3072})
+      expected << u"Texture Size: %1, textureWidth %1, textureHeight %1"_s.arg(size);
+    expected << u"Reboot Quest: Start, reboot"_s;
+
+    StandIn adb;
+    Window window;
+    QStringList found;
+    for (Button* button : window.form->Command13) {
+      window.form->setWidth(openWidth);
+      QVERIFY(window.press(button));
+      QCOMPARE(window.form->Width(), closedWidth);
+      QStringList done = adb.takeCalls();
+      done.replaceInStrings(u"shell setprop debug.oculus."_s, QString());
+      found << (QStringList{button->accessibleName()} + done).join(u", "_s);
     }
-    QCOMPARE(pressLines(host, 22), QStringList{adb + u"reboot"_s});
-    QCOMPARE(pressLines(host, 23) + pressLines(host, -1), QStringList());
-    QCOMPARE(mtpLine(host), adb + u"shell svc usb setFunctions mtp true"_s);
-    for (const QString& typed : {u""_s, u"  adb shell \"ls  /sdcard\"  "_s})
-      QCOMPARE(freeLine(host, typed), adb + typed);
+    QCOMPARE(found, expected);
+    QCOMPARE(window.desktop.beeps, 23);
+  }
+
+  void theWordsOfAFailure() {
+    StandIn adb;
+    adb.answer(u"*"_s, u"adb: no devices/emulators found\n"_s);
+    Window window;
+    QVERIFY(window.press(window.form->Command13[12]));
+    // Both commands of the pair are tried, and adb's own words are all that the user gets.
+    QCOMPARE(window.form->txtOutputs->Text(), u"adb: no devices/emulators found\r\n"_s.repeated(2));
+    QVERIFY(window.desktop.boxes.isEmpty());
+  }
+
+  void freeCommands() {
+    StandIn adb;
+    adb.answer(u"shell echo *"_s, u"on\n"_s);
+    adb.answer(u"logcat"_s, {{}, u"endless\n"_s, true});
+    Window window;
+    apkinfo& form = *window.form;
+    QTest::keyClicks(form.Text1, u"shell echo \"a  b\""_s);
+    QCOMPARE(window.desktop.beeps, 0);
+    QTest::keyClick(form.Text1, Qt::Key_Enter, Qt::ShiftModifier);
+    QCOMPARE(window.desktop.beeps, 1);
+    QVERIFY(window.settled());
+    QCOMPARE(adb.takeCalls(), QStringList{u"shell echo a  b"_s});
+
+    // One that does not end by itself: nothing else begins until it is stopped.
+    form.Text1->setText(u"logcat"_s);
+    form.Command7->click();
+    QTRY_COMPARE(form.txtOutputs->Text(), u"on\r\nendless\r\n"_s);
+    for (Button* refused : {form.Command7, form.Command12, form.Command13[3]}) refused->click();
+    QCOMPARE(window.desktop.beeps, 2);
+    QCOMPARE(form.Width(), openWidth);
+    QTRY_VERIFY(form.busyStrip->inView());
+    QTest::mouseClick(form.busyStrip->findChild<QPushButton*>(), Qt::LeftButton);
+    QVERIFY(window.settled());
+    QCOMPARE(adb.takeCalls(), QStringList{u"logcat"_s});
+    QVERIFY(window.press(form.Command12));
+    QCOMPARE(adb.takeCalls(), QStringList{u"shell svc usb setFunctions mtp true"_s});
+    QCOMPARE(form.Width(), openWidth);
+    QCOMPARE(window.desktop.beeps, 3);
   }
 
   void toggles() {
-    MainWindowFixture window;
+    Window window;
     apkinfo& form = *window.form;
-    const DevicePanel panel(form);
-    const AdbRow row(form);
-    form.show();
     const struct {
       int Width, afterCommand11, Height, afterCommand6;
     } rows[] = {{closedWidth, openWidth, closedHeight, openHeight},
@@ -56,7 +123,6 @@ class DeviceControlsTest : public QObject {
       QCOMPARE(form.Text1->isVisible(), form.Height() == openHeight);
     }
     QCOMPARE(form.focusWidget(), form.Text1);
-    QCOMPARE(window.desktop.beeps, 0);
   }
 };
 

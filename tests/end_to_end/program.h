@@ -29,21 +29,18 @@ class Program {
 
   /// Starts the program with `commandText`. False when its main window does not come.
   bool start(const QString& commandText) {
-    application = std::make_unique<Application>(desktop, [this] { ++ends; });
+    application = std::make_unique<Application>(desktop, [] {});
     application->start(commandText);
     return QTest::qWaitFor([this] { return form().isVisible(); }, 30'000) &&
            QTest::qWaitForWindowActive(&form());
   }
 
-  ~Program() { end(); }
-
-  /// Ends the program, once no poll is under way that would come back to it.
-  void end() {
+  ~Program() {
     if (!application) return;
+    // A poll that is under way would come back to it.
     form().Timer3->stop();
     Q_EMIT form().closing();
     (void)QTest::qWaitFor([this] { return !application->watcher().polling(); }, 10'000);
-    application.reset();
   }
 
   apkinfo& form() { return application->mainWindow(); }
@@ -61,7 +58,6 @@ class Program {
 
   test::VirtualHeadset headset;
   RecordingDesktop desktop;
-  int ends = 0;
   std::unique_ptr<Application> application;
 };
 

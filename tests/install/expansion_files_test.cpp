@@ -2,8 +2,6 @@
 
 #include <QTest>
 
-#include "install/command_lines.h"
-
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
@@ -11,29 +9,6 @@ class ExpansionFilesTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void lines_data() {
-    QTest::addColumn<bool>("windows");
-    QTest::addColumn<QString>("apk");
-    QTest::addColumn<QString>("install");
-    QTest::addColumn<QString>("push");
-    QTest::newRow("windows") << true << u"C:\\a b\\x.apk"_s
-                             << u"\"C:\\O\\adb.exe\" install -r \"C:\\a b\\x.apk\""_s
-                             << u"\"C:\\O\\adb.exe\" push \"C:\\a b\\x.apk\" /sdcard/Android/obb/a.b/m.obb"_s;
-    QTest::newRow("posix") << false << u"/a b/x.apk"_s << u"\"/o/adb\" install -r \"/a b/x.apk\""_s
-                           << u"\"/o/adb\" push \"/a b/x.apk\" /sdcard/Android/obb/a.b/m.obb"_s;
-  }
-  void lines() {
-    QFETCH(bool, windows);
-    QFETCH(QString, apk);
-    const Host host = windows ? Host{HostStyle::windows(), u"C:\\O"_s} : Host{HostStyle::posix(), u"/o"_s};
-    QTEST(installLine(host, apk, false), "install");
-    QCOMPARE(installLine(host, apk, true), installLine(host, apk, false).replace(u"-r "_s, u"-r -g "_s));
-    const QString folder = obbFolder(u"/sdcard"_s, u"a.b"_s);
-    QTEST(pushLine(host, apk, folder + u"/m.obb"_s), "push");
-    QCOMPARE(listingLine(host, folder), AdbPrefix(host) + u" shell ls -Ral /sdcard/Android/obb/a.b"_s);
-    QCOMPARE(removalLine(host, folder), AdbPrefix(host) + u" shell rm -r /sdcard/Android/obb/a.b"_s);
-  }
-
   void scan_data() {
     QTest::addColumn<bool>("packageFolder");
     QTest::addColumn<QStringList>("files");

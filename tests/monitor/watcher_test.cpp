@@ -24,6 +24,12 @@ class WatcherTest : public QObject {
   std::unique_ptr<DeviceWatcher> m_watcher;
 
   apkinfo& form() { return *m_window->form; }
+  QString figures() {
+    const Label* const labels[] = {form().Label7, form().Label8, form().Label9, form().Label10};
+    QStringList captions;
+    for (const Label* label : labels) captions << label->Caption();
+    return captions.join(u", "_s);
+  }
   void poll() { QCoro::waitFor(m_watcher->Timer3_Timer()); }
 
  private Q_SLOTS:
@@ -49,41 +55,41 @@ class WatcherTest : public QObject {
   }
 
   void buttonsFollowTheDevice_data() {
-    QTest::addColumn<bool>("device");
+    QTest::addColumn<QString>("devices");
+    QTest::addColumn<QString>("installed");
     QTest::addColumn<bool>("packageLoaded");
     QTest::addColumn<bool>("appsClosed");
     QTest::addColumn<QString>("enabled");
-    const auto row = [](const char* name, bool device, bool package, bool closed, const char16_t* enabled) {
-      QTest::newRow(name) << device << package << closed << QString::fromUtf16(enabled);
-    };
-    row("device, package installed", true, true, false, u"1 2 4 5 6 9 10 11 12");
-    row("device, no package loaded", true, false, false, u"6 9 10 11 12");
-    row("device, list was closed", true, true, true, u"1 2 4 5 6 10 11 12");
-    row("no device", false, true, false, u"");
+    const QString known = u"    versionCode=121 minSdk=29\n"_s;
+    const QString unknown = u"  Unable to find package: com.example.app\n"_s;
+    QTest::newRow("package installed") << oneDevice << known << true << false << u"1 2 4 5 6 9 10 11 12"_s;
+    QTest::newRow("not installed") << oneDevice << unknown << true << false << u"1 2 6 9 10 11 12"_s;
+    QTest::newRow("no package loaded") << oneDevice << known << false << false << u"6 9 10 11 12"_s;
+    QTest::newRow("list was closed") << oneDevice << known << true << true << u"1 2 4 5 6 10 11 12"_s;
+    QTest::newRow("no device") << noDevice << known << true << false << u""_s;
   }
   void buttonsFollowTheDevice() {
-    QFETCH(bool, device);
+    QFETCH(QString, devices);
+    QFETCH(QString, installed);
     QFETCH(bool, packageLoaded);
     QFETCH(bool, appsClosed);
-    m_adb->answer(u"devices"_s, device ? oneDevice : noDevice);
-    m_adb->answer(dumpsys, u"    versionCode=121 minSdk=29\n"_s);
+    m_adb->answer(u"devices"_s, devices);
+    m_adb->answer(dumpsys, installed);
     form().NoApkLoaded = packageLoaded ? 0 : 1;
     m_window->module.InstalledAppsClosed = appsClosed;
     const std::pair<int, Button*> buttons[] = {
         {1, form().Command1},   {2, form().Command2},   {4, form().Command4},
         {5, form().Command5},   {6, form().Command6},   {9, form().Command9},
         {10, form().Command10}, {11, form().Command11}, {12, form().Command12}};
-    for (const auto& [number, button] : buttons) button->setEnabled(!device);
-    for (const auto& [number, button] : buttons) button->setEnabled(false);
-    if (!device) form().Command6->setEnabled(true);
+    for (const auto& [number, button] : buttons) button->setEnabled(devices == noDevice);
+    form().Command4->setEnabled(!installed.contains(u"versionCode"_s));
     poll();
     QStringList enabled;
     for (const auto& [number, button] : buttons) {
       if (button->isEnabled()) enabled << QString::number(number);
     }
     QTEST(enabled.join(u' '), "enabled");
-    QVERIFY(form().Command3->isEnabled());
-    QCOMPARE(m_adb->takeCalls().contains(dumpsys), device && packageLoaded);
+    QCOMPARE(m_adb->takeCalls().contains(dumpsys), devices == oneDevice && packageLoaded);
   }
 
   void missingFiguresAreAskedForOnce() {
@@ -93,10 +99,7 @@ class WatcherTest : public QObject {
                   u"Filesystem Size Used Avail Use% Mounted on\n/dev/fuse 109G 12G 97G 12% /s\n"_s);
     form().Label7->setCaption(u" Gb"_s);
     poll();
-    QCOMPARE(form().Label7->Caption(), u"109 Gb"_s);
-    QCOMPARE(form().Label8->Caption(), u"12 Gb"_s);
-    QCOMPARE(form().Label9->Caption(), u"97 Gb"_s);
-    QCOMPARE(form().Label10->Caption(), u"12 %"_s);
+    QCOMPARE(figures(), u"109 Gb, 12 Gb, 97 Gb, 12 %"_s);
     m_adb->takeCalls();
     poll();
     QCOMPARE(m_adb->takeCalls(), (QStringList{u"devices"_s, dumpsys}));
@@ -107,9 +110,7 @@ class WatcherTest : public QObject {
     form().Label9->setCaption(u"97 Gb"_s);
     QCoro::waitFor(StorageReport(form(), *form().objDOS));
     QCOMPARE(m_adb->takeCalls(), QStringList(2, u"shell echo $EXTERNAL_STORAGE"_s));
-    QCOMPARE(form().Label7->Caption(), u" Gb"_s);
-    QCOMPARE(form().Label9->Caption(), u"97 Gb"_s);
-    QCOMPARE(form().Label10->Caption(), u" %"_s);
+    QCOMPARE(figures(), u" Gb,  Gb, 97 Gb,  %"_s);
   }
 
   void heldOrOutOfFront() {
@@ -145,44 +146,33 @@ class WatcherTest : public QObject {
   }
 
   void versionLabel() {
-    Label* label = form().Label6;
-    const auto ask = [&](const QString& reply) {
-      m_adb->answer(dumpsys, reply);
-      return QCoro::waitFor(CompareInstalledVersion(form(), *form().objDOS));
+    const QString code = u"versionCode=%1 minSdk=29\n"_s;
+    const int normal = form().NormalBackColor.toInt();
+    const struct {
+      QString reply;
+      bool installed;
+      QString caption;
+      int color;
+    } replies[] = {
+        {code.arg(120), true, u" 120 (Older)"_s, 65280},
+        {code.arg(122), true, u" 122 (Newer)"_s, 255},
+        {QString(), true, u" 122 (Newer)"_s, 255},
+        {code.arg(u"0121"_s), true, u" 122 (Newer)"_s, 255},
+        {code.arg(121), true, u" 121 (Same)"_s, 255},
+        {u"error: device offline\n"_s, false, u"未安装"_s, normal},
+        {QString(), false, u"未安装"_s, normal},
     };
-    QVERIFY(ask(u"versionCode=120 minSdk=29\n"_s));
-    QCOMPARE(label->Caption(), u" 120 (Older)"_s);
-    QCOMPARE(label->toolTip(), u" 120"_s);
-    QCOMPARE(label->BackColor(), 65280);
-    QVERIFY(ask(u"versionCode=122 minSdk=29\n"_s));
-    QCOMPARE(label->Caption(), u" 122 (Newer)"_s);
-    QCOMPARE(label->BackColor(), 255);
-    QCOMPARE(label->ForeColor(), 16777215);
-    QVERIFY(ask(QString()));
-    QCOMPARE(label->Caption(), u" 122 (Newer)"_s);
-    QVERIFY(ask(u"versionCode=0121 minSdk=29\n"_s));
-    QCOMPARE(label->Caption(), u" 122 (Newer)"_s);
-    QVERIFY(ask(u"versionCode=121 minSdk=29\n"_s));
-    QCOMPARE(label->Caption(), u" 121 (Same)"_s);
-    QVERIFY(!ask(u"error: device offline\n"_s));
-    QCOMPARE(label->Caption(), u"未安装"_s);
-    QCOMPARE(label->BackColor(), form().NormalBackColor.toInt());
-    QCOMPARE(label->ForeColor(), form().NormalForeColor.toInt());
-    QVERIFY(!ask(QString()));
+    const auto ask = [this] { return QCoro::waitFor(CompareInstalledVersion(form(), *form().objDOS)); };
+    for (const auto& [reply, installed, caption, color] : replies) {
+      m_adb->answer(dumpsys, reply);
+      QCOMPARE(ask(), installed);
+      QCOMPARE(form().Label6->Caption(), caption);
+      QCOMPARE(form().Label6->BackColor(), color);
+    }
     m_adb->takeCalls();
     form().Label2->setCaption(u"com.example;reboot"_s);
-    QVERIFY(!ask(u"versionCode=121 minSdk=29\n"_s));
+    QVERIFY(!ask());
     QCOMPARE(m_adb->takeCalls(), QStringList());
-  }
-
-  void bannerTurns() {
-    for (PictureBox* frame : form().Picture2) frame->setVisible(false);
-    for (int tick = 1; tick <= 23; ++tick) {
-      QMetaObject::invokeMethod(form().Timer2, "timeout");
-      QCOMPARE(form().AnimationFrame, qint16(tick % 23));
-      QVERIFY(form().Picture2[static_cast<size_t>(tick % 23)]->isVisible());
-      QVERIFY(!form().Picture2[static_cast<size_t>(tick - 1)]->isVisible());
-    }
   }
 };
 

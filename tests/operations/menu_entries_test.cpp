@@ -113,8 +113,7 @@ class MenuEntriesTest : public QObject {
     const QStringList kept = {u"some.app.old/a=old"_s, u"some.app.old/z=old"_s};
 
     row("package", "mnu_backup_apk", goodFile, none, {}, {saved}, {}, true);
-    row("package over an older one", "mnu_backup_apk", goodFile, none, {older}, {saved}, {replace}, true);
-    row("a name that is taken is not touched", "mnu_backup_apk", goodFile, none,
+    row("package over an older one, beside a taken name", "mnu_backup_apk", goodFile, none,
         {older, u"some.app.apk.old=mine"_s}, {saved, u"some.app.apk.old=mine"_s}, {replace}, true);
     row("package, broken off", "mnu_backup_apk", {{{QString(), u"12"_s}}, u"[ 30%] x\n"_s}, none, {older},
         {older, u"some.app.apk.partial=12"_s}, {replace, u"[ 30%] x"_s}, false);
@@ -124,8 +123,6 @@ class MenuEntriesTest : public QObject {
     row("package, refused", "mnu_backup_apk", {{}, u"adb: error: cannot create 'x': Permission denied\n"_s},
         none, {older}, {older}, {replace, u"Permission denied"_s}, false);
 
-    row("with files", "mnu_backup_apk_obb", goodFile, goodFolder, {}, QStringList{saved} + copied, {chill},
-        true);
     row("with files, there being older ones", "mnu_backup_apk_obb", goodFile, goodFolder, stale,
         QStringList{saved} + kept + copied, {chill}, true);
     row("no files", "mnu_backup_apk_obb", goodFile, noFolder, stale, QStringList{saved} + stale, {chill},
@@ -136,7 +133,6 @@ class MenuEntriesTest : public QObject {
         {saved, u"some.app.partial/a=ab"_s},
         {chill, u"设备 (headset): 2 files, 5 bytes\r\n备份 (backup): 1 files, 2 bytes"_s}, true);
 
-    row("data", "mnu_NonRootBackup", none, goodFolder, {}, copied, {}, true);
     row("data, there being older ones", "mnu_NonRootBackup", none, goodFolder, stale, kept + copied, {},
         true);
     row("data, missing", "mnu_NonRootBackup", none, noFolder, stale, stale, {u"找不到应用程序数据！"_s},
@@ -200,10 +196,7 @@ class MenuEntriesTest : public QObject {
     run(m_window->mnu_backup_apk);
     // Each is asked again, until the dialog is cancelled.
     QCOMPARE(desktop().saveQuestions.size(), 4);
-    const SaveFileQuestion& first = desktop().saveQuestions[0];
-    QCOMPARE(first.title, u"Save extracted APK as"_s);
-    QCOMPARE(first.suggestedPath, u"some.app"_s);
-    QCOMPARE(first.filters, QStringList{u"Android apk (*.apk)"_s});
+    QCOMPARE(desktop().saveQuestions[0].suggestedPath, u"some.app"_s);
     QCOMPARE(desktop().saveQuestions[1].suggestedPath, at(u"taken.apk"_s));
     QCOMPARE(onDesktop(), QStringList{u"taken.apk=mine"_s});
     QCOMPARE(m_adb->calls(), QStringList{u"shell pm path some.app"_s});
@@ -219,25 +212,49 @@ class MenuEntriesTest : public QObject {
     QCOMPARE(desktop().boxes.size(), 2);
   }
 
-  void namesThatAShellWouldActOn_data() {
-    QTest::addColumn<QString>("entry");
-    for (const char* entry : {"mnu_backup_apk", "mnu_backup_apk_obb", "mnu_uninstall", "mnu_startAPK",
-                              "mnu_NonRootBackup", "mnu_Restore"}) {
-      QTest::newRow(entry) << QString::fromLatin1(entry);
-    }
-  }
   void namesThatAShellWouldActOn() {
-    QFETCH(QString, entry);
+    m_window->MSFlexGrid1->setRow(2);
+    for (const QString& name : {u"bad;name"_s, QString()}) {
+      m_window->MSFlexGrid1->setTextMatrix(2, ColPackage, name + u" \r"_s);
+      for (QAction* entry : {m_window->mnu_backup_apk, m_window->mnu_backup_apk_obb, m_window->mnu_uninstall,
+                             m_window->mnu_startAPK, m_window->mnu_NonRootBackup, m_window->mnu_Restore}) {
+        desktop().boxes.clear();
+        run(entry);
+        QVERIFY(desktop().boxTexts().value(desktop().boxes.size() - 1).contains(u"包名不可用"_s));
+      }
+    }
+    QCOMPARE(m_adb->calls(), QStringList());
+  }
+
+  void anAppThatIsGone() {
+    m_adb->answer(u"pull *"_s, noFolder);
     desktop().savePaths = QStringList{at(u"x"_s)};
     desktop().folders = QStringList{m_folder};
-    m_window->MSFlexGrid1->setRow(2);
-    QCOMPARE(m_window->SelectedPackage(), u"bad;name"_s);
-    run(m_window->findChild<QAction*>(entry));
-    QVERIFY(desktop().boxTexts().last().contains(u"包名不可用"_s));
-    m_window->MSFlexGrid1->setTextMatrix(2, ColPackage, QString());
-    run(m_window->findChild<QAction*>(entry));
-    QVERIFY(desktop().boxTexts().last().contains(u"包名不可用"_s));
+    run(m_window->mnu_backup_apk);
+    QVERIFY(desktop().boxTexts().value(0).contains(u"设备上没有这个应用"_s));
+    QVERIFY(desktop().boxTexts().value(1).startsWith(u"adb: error: "_s));
+    QCOMPARE(onDesktop(), QStringList());
+  }
+
+  void restores() {
+    const auto restore = [this](const QString& folder) {
+      desktop().boxes.clear();
+      desktop().folders = QStringList{folder};
+      run(m_window->mnu_Restore);
+      return desktop().boxTexts().value(0);
+    };
+    write(at(u"plain/some.app"_s), u"a file"_s);
+    QDir(m_folder).mkpath(u"other/com.other"_s);
+    for (const QString& none : {u"plain/some.app"_s, u"plain"_s, u"other"_s, u"other/com.other"_s})
+      QCOMPARE(restore(at(none)), u"没有找到备份！"_s);
     QCOMPARE(m_adb->calls(), QStringList());
+    // The copy itself may be chosen, or the folder that it is in.
+    QDir(m_folder).mkpath(u"some.app"_s);
+    m_adb->answer(u"push *"_s, u"x/: 1 file pushed\n"_s);
+    for (const QString& chosen : {m_folder, at(u"some.app"_s)}) {
+      QCOMPARE(restore(chosen), u"x/: 1 file pushed\r\n"_s);
+      QCOMPARE(m_adb->takeCalls().last(), u"push %1 /sdcard/Android/data/"_s.arg(at(u"some.app"_s)));
+    }
   }
 
   void uninstalls() {
@@ -261,25 +278,19 @@ class MenuEntriesTest : public QObject {
     QCOMPARE(m_adb->calls(), (QStringList{u"uninstall a.b"_s, u"uninstall A.b"_s, u"uninstall a.b"_s}));
   }
 
-  void launches_data() {
-    QTest::addColumn<QString>("known");
-    QTest::addColumn<int>("calls");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("has a launcher's activity") << u"LAUNCHER"_s << 1 << QString();
-    QTest::newRow("immersive only") << u"oculus"_s << 2 << QString();
-    QTest::newRow("neither") << u"none"_s << 2 << u"** No activities found to run, monkey aborted."_s;
-  }
   void launches() {
-    QFETCH(QString, known);
-    QFETCH(QString, told);
-    m_adb->answer(u"*"_s, u"  bash arg: -p\n** No activities found to run, monkey aborted.\n"_s);
-    m_adb->answer(u'*' + known + u'*', u"Events injected: 1\n"_s);
-    run(m_window->mnu_startAPK);
-    const QStringList calls = m_adb->calls();
-    QTEST(static_cast<int>(calls.size()), "calls");
-    QCOMPARE(calls.last().contains(u"-c com.oculus.intent.category.VR 1"_s), calls.size() == 2);
-    QCOMPARE(desktop().boxes.size(), told.isEmpty() ? 0 : 1);
-    QVERIFY(told.isEmpty() || desktop().boxTexts()[0].contains(told));
+    const QString aborted = u"  bash arg: -p\n** No activities found to run, monkey aborted.\n"_s;
+    const std::tuple<QString, int, bool> cases[] = {
+        {u"LAUNCHER"_s, 1, true}, {u"oculus"_s, 2, true}, {u"neither of them"_s, 2, false}};
+    for (const auto& [category, calls, works] : cases) {
+      m_adb->answer(u"*"_s, aborted);
+      m_adb->answer(u'*' + category + u'*', u"Events injected: 1\n"_s);
+      run(m_window->mnu_startAPK);
+      QCOMPARE(m_adb->calls().size(), calls);
+      QCOMPARE(m_adb->takeCalls().last().contains(u"-c com.oculus.intent.category.VR 1"_s), calls == 2);
+      QCOMPARE(desktop().boxes.isEmpty(), works);
+    }
+    QVERIFY(desktop().boxTexts()[0].contains(u"** No activities found to run, monkey aborted."_s));
   }
 
   void copies() {

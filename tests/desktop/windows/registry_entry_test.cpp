@@ -5,6 +5,7 @@
 
 #include "desktop/file_manager_entry.h"
 #include "desktop/first_run.h"
+#include "desktop/registry_entry.h"
 #include "ui/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -45,6 +46,8 @@ class RegistryEntryTest : public QObject {
       QCOMPARE(registryText(HKEY_CURRENT_USER, u"Software\\Orvanta\\Orvanta\\"_s + section, u"Value"_s),
                value);
   }
+
+  void programInTheRootOfADrive() { QCOMPARE(executablePath(u"D:\\"_s, u"orvanta"_s), u"D:\\orvanta.exe"_s); }
 
   void refusedByTheRegistry() {
     MainWindowFixture window;
