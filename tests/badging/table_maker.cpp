@@ -1,31 +1,33 @@
-#include "table_maker.h"
+#include "package_maker.h"
 
 #include <QtEndian>
-#include <algorithm>
+#include <initializer_list>
 
 namespace orvanta::test {
 
 namespace {
 
-constexpr int kEntryCount = 64;
-constexpr int kFillerEntry = 2;
-constexpr int kFirstHop = 3;
+constexpr quint32 kEntryCount = 4;
 constexpr quint32 kAbsent = 0xffffffff;
-constexpr quint8 kReference = 1;
-constexpr quint8 kString = 3;
+constexpr quint16 kString = 3;
 
 template <typename T>
-void add(QByteArray& bytes, T value) {
-  const T little = qToLittleEndian(value);
-  bytes.append(reinterpret_cast<const char*>(&little), sizeof(little));
+QByteArray numbers(std::initializer_list<T> values) {
+  QByteArray bytes;
+  for (const T value : values) {
+    const T little = qToLittleEndian(value);
+    bytes.append(reinterpret_cast<const char*>(&little), sizeof(little));
+  }
+  return bytes;
+}
+
+quint32 sizeOf(const QByteArray& bytes) {
+  return static_cast<quint32>(bytes.size());
 }
 
 QByteArray chunk(quint16 type, const QByteArray& header, const QByteArray& content) {
-  QByteArray bytes;
-  add<quint16>(bytes, type);
-  add<quint16>(bytes, static_cast<quint16>(header.size() + 8));
-  add<quint32>(bytes, static_cast<quint32>(header.size() + content.size() + 8));
-  return bytes + header + content;
+  return numbers<quint16>({type, static_cast<quint16>(header.size() + 8)}) +
+         numbers<quint32>({sizeOf(header) + sizeOf(content) + 8}) + header + content;
 }
 
 QByteArray stringPool(const QStringList& strings) {
@@ -36,123 +38,72 @@ QByteArray stringPool(const QStringList& strings) {
     data.append(static_cast<char>(length & 0xff));
   };
   for (const QString& text : strings) {
-    add<quint32>(offsets, static_cast<quint32>(data.size()));
+    offsets += numbers<quint32>({sizeOf(data)});
     addLength(text.size());
     addLength(text.toUtf8().size());
     data += text.toUtf8() + '\0';
   }
   while (data.size() % 4 != 0) data.append('\0');
-  QByteArray header;
-  add<quint32>(header, static_cast<quint32>(strings.size()));
-  add<quint32>(header, 0);
-  add<quint32>(header, 0x100);
-  add<quint32>(header, static_cast<quint32>(28 + offsets.size()));
-  add<quint32>(header, 0);
-  return chunk(0x0001, header, offsets + data);
-}
-
-/// Three letters are packed into fifteen bits.
-QByteArray packed(const QByteArray& text, char base) {
-  if (text.size() != 3) return text.leftJustified(2, '\0');
-  const auto value = [&](int i) { return (text[i] - base) & 0x7f; };
-  QByteArray bytes;
-  bytes.append(static_cast<char>(0x80 | (value(2) << 2) | (value(1) >> 3)));
-  bytes.append(static_cast<char>((value(1) << 5) | value(0)));
-  return bytes;
+  const auto count = static_cast<quint32>(strings.size());
+  return chunk(0x0001, numbers<quint32>({count, 0, 0x100, 28 + sizeOf(offsets), 0}), offsets + data);
 }
 
 QByteArray config(const TableVersion& version) {
   QByteArray bytes(64, '\0');
   bytes[0] = 64;
-  bytes.replace(8, 2, packed(version.language, 'a'));
-  bytes.replace(10, 2, packed(version.region, '0'));
-  qToLittleEndian(static_cast<quint16>(version.density), bytes.data() + 14);
-  bytes.replace(36, version.script.size(), version.script);
+  bytes.replace(8, 2, version.language.leftJustified(2, '\0'));
+  bytes.replace(14, 2, numbers<quint16>({static_cast<quint16>(version.density)}));
   return bytes;
 }
 
-QByteArray entry(TableForm form, quint8 type, quint32 data) {
-  QByteArray bytes;
-  const bool compact = form == TableForm::Compact;
-  add<quint16>(bytes, compact ? 0 : 8);
-  add<quint16>(bytes, compact ? static_cast<quint16>((type << 8) | 0x8) : 0);
-  add<quint32>(bytes, compact ? data : 0);
-  if (compact) return bytes;
-  add<quint16>(bytes, 8);
-  add<quint8>(bytes, 0);
-  add<quint8>(bytes, type);
-  add<quint32>(bytes, data);
-  return bytes;
+QByteArray entry(TableForm form, qsizetype string) {
+  const QByteArray data = numbers<quint32>({static_cast<quint32>(string)});
+  if (form == TableForm::Compact) return numbers<quint16>({0, kString << 8 | 0x8}) + data;
+  return numbers<quint16>({8, 0, 0, 0, 8, kString << 8}) + data;
 }
 
-QByteArray typeChunk(const TableVersion& version, const QStringList& strings, TableForm form, int hops) {
+QByteArray typeChunk(const TableVersion& version, const QStringList& strings, TableForm form) {
+  // A chunk without any entry would be broken.
+  const QString texts[kEntryCount] = {version.label, version.icon, QStringLiteral("filler"), {}};
+  QByteArray offsets;
   QByteArray entries;
-  QList<quint32> offsets(kEntryCount, kAbsent);
-  const auto put = [&](int index, quint8 type, quint32 data) {
-    offsets[index] = static_cast<quint32>(entries.size());
-    entries += entry(form, type, data);
-  };
-  const auto putString = [&](int index, const QString& text) {
-    if (!text.isEmpty()) put(index, kString, static_cast<quint32>(strings.indexOf(text)));
-  };
-  putString(0, version.label);
-  putString(1, version.icon);
-  putString(kFillerEntry, QStringLiteral("filler"));
-  for (int i = 0; i < hops; ++i)
-    put(kFirstHop + i, kReference, i == 0 ? kLabelId : kHopId + static_cast<quint32>(i) - 1);
-
-  QByteArray table;
   quint32 count = 0;
-  for (int i = 0; i < kEntryCount; ++i) {
-    const quint32 offset = offsets[i];
-    if (form == TableForm::Sparse && offset == kAbsent) continue;
+  for (quint16 i = 0; i < kEntryCount; ++i) {
+    const bool isAbsent = texts[i].isEmpty();
+    if (form == TableForm::Sparse && isAbsent) continue;
     ++count;
-    if (form == TableForm::Sparse) add<quint16>(table, static_cast<quint16>(i));
-    if (form == TableForm::Sparse || form == TableForm::Offset16) {
-      add<quint16>(table, static_cast<quint16>(offset == kAbsent ? 0xffff : offset / 4));
+    const quint32 offset = isAbsent ? kAbsent : sizeOf(entries);
+    const auto quarter = static_cast<quint16>(offset / 4);
+    if (form == TableForm::Sparse) {
+      offsets += numbers<quint16>({i, quarter});
+    } else if (form == TableForm::Offset16) {
+      offsets += numbers<quint16>({quarter});
     } else {
-      add<quint32>(table, offset);
+      offsets += numbers<quint32>({offset});
     }
+    if (!isAbsent) entries += entry(form, strings.indexOf(texts[i]));
   }
-  QByteArray header;
-  add<quint8>(header, 2);
-  add<quint8>(header, form == TableForm::Sparse ? 1 : form == TableForm::Offset16 ? 2 : 0);
-  add<quint16>(header, 0);
-  add<quint32>(header, count);
-  add<quint32>(header, static_cast<quint32>(84 + table.size()));
-  return chunk(0x0201, header + config(version), table + entries);
+  const quint16 flags = form == TableForm::Sparse ? 1 : form == TableForm::Offset16 ? 2 : 0;
+  const QByteArray header = numbers<quint16>({static_cast<quint16>(flags << 8 | 2), 0}) +
+                            numbers<quint32>({count, 84 + sizeOf(offsets)});
+  return chunk(0x0201, header + config(version), offsets + entries);
 }
 
 }  // namespace
 
-QByteArray makeTable(const QList<TableVersion>& versions, TableForm form, int hops) {
+QByteArray makeTable(const QList<TableVersion>& versions, TableForm form) {
   QStringList strings = {QStringLiteral("filler")};
   for (const TableVersion& version : versions) strings << version.label << version.icon;
   strings.removeDuplicates();
   strings.removeAll(QString());
-  QByteArray types;
-  for (const TableVersion& version : versions) {
-    types += typeChunk(version, strings, form, &version == &versions.first() ? hops : 0);
-  }
-  QByteArray specHeader;
-  add<quint32>(specHeader, 2);
-  add<quint32>(specHeader, kEntryCount);
-  const QByteArray typeSpec = chunk(0x0202, specHeader, QByteArray(4 * kEntryCount, '\0'));
+  QByteArray types = chunk(0x0202, numbers<quint32>({2, kEntryCount}), QByteArray(4 * kEntryCount, '\0'));
+  for (const TableVersion& version : versions) types += typeChunk(version, strings, form);
 
   const QByteArray typeNames = stringPool({QStringLiteral("attr"), QStringLiteral("string")});
-  const QByteArray keyNames = stringPool({QStringLiteral("key")});
-  QByteArray packageHeader;
-  add<quint32>(packageHeader, 0x7f);
-  packageHeader += QByteArray("o\0r\0v\0", 6).leftJustified(256, '\0');
-  add<quint32>(packageHeader, 288);
-  add<quint32>(packageHeader, 2);
-  add<quint32>(packageHeader, static_cast<quint32>(288 + typeNames.size()));
-  add<quint32>(packageHeader, 1);
-  add<quint32>(packageHeader, 0);
-  QByteArray header;
-  add<quint32>(header, 1);
-  return chunk(0x0002, header,
-               stringPool(strings) + chunk(0x0200, packageHeader, typeNames + keyNames + typeSpec + types));
+  const QByteArray header = numbers<quint32>({0x7f}) + QByteArray("o\0r\0v\0", 6).leftJustified(256, '\0') +
+                            numbers<quint32>({288, 2, 288 + sizeOf(typeNames), 1, 0});
+  const QByteArray package = chunk(0x0200, header, typeNames + stringPool({QStringLiteral("key")}) + types);
+  return chunk(0x0002, numbers<quint32>({1}), stringPool(strings) + package);
 }
 
 }  // namespace orvanta::test
