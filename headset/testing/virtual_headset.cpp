@@ -92,7 +92,6 @@ VirtualHeadset::VirtualHeadset() : m_serverPort(freeServerPort()) {
 }
 
 VirtualHeadset::~VirtualHeadset() {
-  end(m_second);
   end(m_headset);
   adb({u"kill-server"_s});
   for (auto it = m_oldEnvironment.begin(); it != m_oldEnvironment.end(); ++it) {
@@ -138,10 +137,8 @@ QString VirtualHeadset::start(const HeadsetOptions& options) {
     return u"the adb server did not start"_s;
   QStringList arguments = {u"--own-adb-server"_s, u"--port"_s, QString::number(m_port)};
   if (options.apps > 0) arguments << u"--apps"_s << QString::number(options.apps);
-  if (!options.features.isEmpty()) arguments << u"--features"_s << options.features;
   m_headset = std::make_unique<QProcess>();
-  const QString problem =
-      launch(*m_headset, m_dir.filePath(u"state"_s), arguments + options.moreArguments, &m_port);
+  const QString problem = launch(*m_headset, m_dir.filePath(u"state"_s), arguments, &m_port);
   if (!problem.isEmpty()) return problem;
   m_serial = u"emulator-%1"_s.arg(m_port - 1);
   if (!options.startAdbServer || m_faults.contains(u"state"_s)) return {};
@@ -150,18 +147,6 @@ QString VirtualHeadset::start(const HeadsetOptions& options) {
 
 void VirtualHeadset::stop() {
   end(m_headset);
-}
-
-QString VirtualHeadset::startSecond() {
-  m_second = std::make_unique<QProcess>();
-  int port = 0;
-  const QString problem = launch(*m_second, m_dir.filePath(u"second"_s), {}, &port);
-  if (!problem.isEmpty()) return problem;
-  const QString line = u"emulator-%1\tdevice"_s.arg(port - 1);
-  for (const QDeadlineTimer deadline(kEndTimeoutMs); !deadline.hasExpired(); QThread::msleep(kPollMs)) {
-    if (adb({u"devices"_s}).output.contains(line)) return {};
-  }
-  return u"adb does not show the second headset"_s;
 }
 
 void VirtualHeadset::setFault(const QString& key, const QString& value) {

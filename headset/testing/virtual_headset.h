@@ -13,10 +13,8 @@ namespace orvanta::test {
 
 /// How a headset for a test is to be.
 struct HeadsetOptions {
-  int apps = 0;                    ///< apps that are on it from the start
-  QString features = {};           ///< empty: all that it has
-  QStringList moreArguments = {};  ///< for the program itself
-  bool startAdbServer = true;      ///< false: the first adb call of the test starts it
+  int apps = 0;                ///< apps that are on it from the start
+  bool startAdbServer = true;  ///< false: the first adb call of the test starts it
 };
 
 /// What an adb call gave.
@@ -55,8 +53,6 @@ class VirtualHeadset {
   QString start(const HeadsetOptions& options = {});
   /// Ends the headset only; its state stays and start() brings it back on the same port.
   void stop();
-  /// A second headset at the same adb server.
-  QString startSecond();
 
   /// Sets one line of the faults file, or takes it away. The headset heeds it within some hundredths of a
   /// second.
@@ -105,7 +101,6 @@ class VirtualHeadset {
   QMap<QString, QString> m_faults;
   QMap<QByteArray, QByteArray> m_oldEnvironment;
   std::unique_ptr<QProcess> m_headset;
-  std::unique_ptr<QProcess> m_second;
 };
 
 }  // namespace orvanta::test
