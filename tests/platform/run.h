@@ -10,8 +10,8 @@
 namespace orvanta {
 
 /// The line that starts the test child.
-inline QString testChild(const QString& arguments) {
-  return QStringLiteral("\"" ORVANTA_TEST_CHILD "\" ") + arguments;
+inline QString testChild(const QString& steps) {
+  return QStringLiteral("\"" ORVANTA_TEST_CHILD "\" ") + steps;
 }
 
 /// One run, and what came of it.
@@ -43,5 +43,11 @@ struct Run {
   int ends = 0;
   bool orderly = true;
 };
+
+/// Whether the process that has told its number runs; one that has ended and waits for its parent does not.
+bool runs(const QByteArray& number);
+
+/// Open files, pipes, processes and the like of this program.
+qsizetype openHandles();
 
 }  // namespace orvanta

@@ -1,87 +1,81 @@
-// The subject of the runner's tests: test-child BEHAVIOUR [ARGUMENT...]. Everything is written by plain write
-// calls, so that a test knows what reaches the pipe in one piece.
-#include <algorithm>
+// The subject of the runner's tests: test-child STEP... takes one step after the other, and ends.
+//
+//   HEX, N*HEX  writes these bytes, N times; with "2:" in front of all that to the standard error
+//   ~N          waits N milliseconds
+//   number      writes the number of this process, and a line end
+//   words       writes each of the further arguments, and a line end behind each
+//   flood       writes until somebody ends it
+//   close       closes its outputs
+//   hang        does not end when asked to; later by itself, so that a failed test leaves nothing for ever
+//   child       starts this program once more, with the same outputs, for the further steps, and ends
+//   stranger    the same, but for a process that does not belong to this one, where the system has such
+//
+// What is written together reaches the pipe in one piece. On Windows a line end gets its return on the way,
+// which the runner's reader cannot see.
+#include <unistd.h>
 
-#include "platform/child_steps.h"
+#include <QCoreApplication>
+#include <QProcess>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
 
 namespace {
 
-using steps::Arguments;
-using steps::say;
-
-/// Each argument is one write: hex digits, with "N*" in front N times them, with "2:" in front of all that to
-/// the standard error. "~N" pauses N milliseconds.
-void write(const Arguments& pieces) {
-  for (std::string piece : pieces) {
-    if (piece[0] == '~') {
-      steps::sleepFor(static_cast<unsigned>(std::stoul(piece.substr(1))));
-      continue;
-    }
-    const bool toError = piece.starts_with("2:");
-    if (toError) piece.erase(0, 2);
-    const size_t star = piece.find('*');
-    std::string bytes;
-    for (size_t i = star + 1; i < piece.size(); i += 2) {
-      bytes += static_cast<char>(std::stoi(piece.substr(i, 2), nullptr, 16));
-    }
-    std::string text;
-    for (size_t i = star == std::string::npos ? 1 : std::stoul(piece); i > 0; --i) text += bytes;
-    say(text, toError);
-  }
+void say(const QByteArray& bytes, std::FILE* output = stdout) {
+  const auto size = static_cast<size_t>(bytes.size());
+  if (std::fwrite(bytes.constData(), 1, size, output) < size || std::fflush(output) != 0) std::_Exit(1);
 }
 
-void echoWords(const Arguments& words) {
-  for (const std::string& word : words) say(word + "\n");
+void sayPiece(QByteArray piece) {
+  const bool toError = piece.startsWith("2:");
+  if (toError) piece.remove(0, 2);
+  const qsizetype star = piece.indexOf('*');
+  const QByteArray bytes = QByteArray::fromHex(piece.mid(star + 1));
+  say(star < 0 ? bytes : bytes.repeated(piece.first(star).toInt()), toError ? stderr : stdout);
 }
 
-void flood(const Arguments&) {
-  const std::string lines(4096, '\n');
-  for (;;) say(lines);
-}
-
-/// Hangs; with "child" or "stranger" a child hangs too, in the same group of processes or out of it. The
-/// process in question says its number.
-void hangWith(const Arguments& company) {
-  if (company.empty()) {
-    say(steps::ownNumber());
+[[noreturn]] void leaveToAnother(const QStringList& steps, bool stranger) {
+  const QString program = QCoreApplication::applicationFilePath();
+  QProcess child;
+  child.setProcessChannelMode(QProcess::ForwardedChannels);
+  if (stranger) {
+    QProcess::startDetached(program, steps);
   } else {
-    steps::startAgain({"hang"}, company[0] == "stranger");
+    child.start(program, steps);
+    child.waitForStarted();
   }
-  steps::hang();
-}
-
-/// Ends at once, but for a grandchild that holds the pipe so many milliseconds and then has the last word.
-void leaveGrandchild(const Arguments& milliseconds) {
-  say("early\n");
-  steps::startAgain({"write", '~' + milliseconds.at(0), "6c6174650a"});
-}
-
-void closeOutput(const Arguments&) {
-  say(steps::ownNumber());
-  steps::closeOutput();
-  steps::hang();
-}
-
-void state(const Arguments&) {
-  steps::state();
+  std::_Exit(0);  // an ordinary end would end the child too
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const struct {
-    const char* name;
-    void (*run)(const Arguments&);
-  } behaviours[] = {
-      {"write", write},          {"argv", echoWords},           {"flood", flood}, {"hang", hangWith},
-      {"hold", leaveGrandchild}, {"close-output", closeOutput}, {"state", state},
-  };
-  const Arguments arguments(argv + std::min(argc, 2), argv + argc);
-  for (const auto& behaviour : behaviours) {
-    if (argc > 1 && behaviour.name == std::string(argv[1])) {
-      behaviour.run(arguments);
-      return 0;
+  const QCoreApplication application(argc, argv);
+  QStringList steps = QCoreApplication::arguments().mid(1);
+  while (!steps.isEmpty()) {
+    const QByteArray step = steps.takeFirst().toUtf8();
+    if (step == "child" || step == "stranger") {
+      leaveToAnother(steps, step == "stranger");
+    } else if (step == "words") {
+      while (!steps.isEmpty()) say(steps.takeFirst().toUtf8() + '\n');
+    } else if (step == "number") {
+      say(QByteArray::number(::getpid()) + '\n');
+    } else if (step == "flood") {
+      for (;;) say(QByteArray(4096, '\n'));
+    } else if (step == "close") {
+      std::fclose(stdout);
+      std::fclose(stderr);
+    } else if (step == "hang") {
+      std::signal(SIGTERM, SIG_IGN);
+      std::this_thread::sleep_for(std::chrono::minutes(1));
+    } else if (step.startsWith('~')) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(step.mid(1).toInt()));
+    } else {
+      sayPiece(step);
     }
   }
-  return 2;
+  return 0;
 }
