@@ -12,27 +12,17 @@ class ConsoleTest : public QObject {
  private Q_SLOTS:
   void holdsTheTextAsWritten() {
     Console console(u"txtOutputs"_s, nullptr);
-    int changes = 0;
-    connect(&console, &Console::Change, this, [&] { ++changes; });
     connect(&console, &Console::Change, &console, &Console::moveToEnd);
     console.append(u"one\r"_s);
+    QTRY_COMPARE(console.toPlainText(), u"one"_s);  // half a line end is none yet
     console.append(u"\ntwo"_s);
     console.appendLine(u"三"_s);
     QCOMPARE(console.Text(), u"one\r\ntwo\r\n三\r\n"_s);
     QCOMPARE(console.SelStart(), console.Text().size());
-    QCOMPARE(changes, 3);
     QTRY_COMPARE(console.toPlainText(), u"one\ntwo\n三\n"_s);
     console.setText(u"\r\nnew\r\n"_s);
     QCOMPARE(console.Text(), u"\r\nnew\r\n"_s);
     QTRY_COMPARE(console.toPlainText(), u"\nnew\n"_s);
-  }
-
-  void aLineEndCutByBlocksIsOneInTheView() {
-    Console console(u"txtOutputs"_s, nullptr);
-    console.append(u"a\r"_s);
-    QTRY_COMPARE(console.toPlainText(), u"a"_s);
-    console.append(u"\nb"_s);
-    QTRY_COMPARE(console.toPlainText(), u"a\nb"_s);
   }
 
   void followsTheEnd() {
@@ -41,12 +31,9 @@ class ConsoleTest : public QObject {
     console.resize(400, 100);
     console.show();
     for (int i = 0; i < 500; ++i) console.append(u"line %1\r\n"_s.arg(i));
-    const auto atEnd = [&] {
-      return console.document()->blockCount() == 501 &&
-             console.cursorRect(QTextCursor(console.document()->lastBlock())).bottom() <=
-                 console.viewport()->height();
-    };
-    QTRY_VERIFY(atEnd());
+    QTRY_COMPARE(console.document()->blockCount(), 501);
+    QTRY_VERIFY(console.cursorRect(QTextCursor(console.document()->lastBlock())).bottom() <=
+                console.viewport()->height());
   }
 
   void oddTextStaysReadable() {

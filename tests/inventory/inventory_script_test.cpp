@@ -70,13 +70,12 @@ class InventoryScriptTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void deviceShells_data() {
+  void everyLayout_data() {
     QTest::addColumn<QString>("shell");
     for (const auto& shell : {u"busybox sh"_s, u"mksh"_s, u"/bin/sh"_s})
       QTest::newRow(qPrintable(shell)) << shell;
   }
 
-  void everyLayout_data() { deviceShells_data(); }
   void everyLayout() {
     QFETCH(QString, shell);
     if (QStandardPaths::findExecutable(shell.section(u' ', 0, 0)).isEmpty()) QSKIP("not on this machine");
@@ -150,7 +149,6 @@ class InventoryScriptTest : public QObject {
     qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
     {
       const ScriptPlace place(u"echo '应用'\n"_s);
-      QCOMPARE(place.failure(), QString());
       const QStringList names = QDir(folder.path()).entryList(QDir::Files);
       QCOMPARE(names.size(), 1);
       const QFileInfo file(folder.filePath(names.constFirst()));
@@ -163,9 +161,7 @@ class InventoryScriptTest : public QObject {
       QCOMPARE(process.readAll(), "应用\n");
     }
     QVERIFY(QDir(folder.path()).isEmpty());
-  }
 
-  void noPlaceOnTheDisk() {
     qputenv("XDG_RUNTIME_DIR", "/proc/self");
     qputenv("TMPDIR", "/proc/self");
     const ScriptPlace place(u"x"_s);
