@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDataStream>
 #include <QFile>
 #include <QList>
 #include <QStringList>
@@ -27,14 +28,12 @@ class StandIn {
   /// From now on a call whose words behind the tool's name, joined by blanks, are `call`, in which a star is
   /// any text, is answered so. The latest that fits a call counts; without one nothing is printed.
   void answer(const QString& call, const Answer& answer) {
-    QByteArray rule = '?' + call.toUtf8() + '\0';
-    for (const auto& [name, content] : answer.files)
-      rule += '+' + name.toUtf8() + '\n' + content.toUtf8() + '\0';
-    rule += '>' + answer.reply.toUtf8() + '\0';
-    if (answer.hangs) rule += QByteArray("~", 2);
-    m_rules.prepend(rule);
-    QFile file(m_folder.filePath(QStringLiteral("rules")));
-    if (file.open(QIODevice::WriteOnly)) file.write(m_rules);
+    QByteArray entry;
+    QDataStream stream(&entry, QIODevice::WriteOnly);
+    stream << call << answer.files << answer.reply << answer.hangs;
+    m_answers.prepend(entry);
+    QFile file(m_folder.filePath(QStringLiteral("answers")));
+    if (file.open(QIODevice::WriteOnly)) file.write(m_answers);
   }
   void answer(const QString& call, const QString& reply) { answer(call, Answer{{}, reply}); }
 
@@ -61,7 +60,7 @@ class StandIn {
   }
 
   QTemporaryDir m_folder;
-  QByteArray m_rules;
+  QByteArray m_answers;
 };
 
 }  // namespace orvanta
