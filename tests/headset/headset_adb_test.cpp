@@ -88,7 +88,7 @@ void HeadsetAdbTest::reply_data() {
   script("ls", "ls -Ral /sdcard/Android/obb", 0,
          "/sdcard/Android/obb:\ntotal \\d+\n(d[rwx-]{9} \\d+ root sdcard_rw +\\d+ \\d{4}-\\d\\d-\\d\\d "
          "\\d\\d:\\d\\d \\.\\.?\n){2}");
-  script("nothing of the desktop", "ls -d /home /usr /root /work", 1, "",
+  script("nothing of the desktop", "ls -d /home /usr /root /opt", 1, "",
          "(ls: /\\w+: No such file or directory\n){4}");
   script("system is read-only", "echo x > /system/x", 1, "",
          "/system/bin/sh: can't create /system/x: Read-only file system\n");
