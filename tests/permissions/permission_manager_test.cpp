@@ -62,6 +62,9 @@ class PermissionManagerTest : public QObject {
   void cleanup() {
     turn().requestStop();
     QVERIFY(settled());
+    // What waits for the window's end goes on before its owner goes.
+    window().close();
+    QCoreApplication::processEvents();
     m_manager.reset();
     m_apps.reset();
     m_main.reset();
