@@ -1,4 +1,4 @@
-// The badging reader on 10 MiB, against 1 MiB of the same kind: it must grow with the text and no faster.
+// The badging reader on 10 MiB against 1 MiB: the time must grow linearly.
 #include "apk/badging.h"
 #include "ratio_report.h"
 

@@ -21,7 +21,7 @@ constexpr long mostMemoryKiB = 150 * 1024;
 
 class NoReports : public CommandReports {
  public:
-  void commandError(const QString&) override {}
+  QCoro::Task<> startFailed(QString, QString, QString) override { co_return; }
   QCoro::Task<> criticalMessage(QString) override { co_return; }
 };
 

@@ -23,7 +23,7 @@ QString streamOf(int apps) {
 constexpr double longestSeconds = 1;
 double slowestSeconds = 0;
 
-/// What this thread has had of the processor: other work of the machine stays out of it.
+/// Processor time of this thread, without other work on the machine.
 double threadSeconds() {
   timespec time = {};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -71,8 +71,8 @@ void timed(const char* name, void (*function)(benchmark::State&)) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Memory once got stays with the program: else the large run alone would pay the kernel for fresh pages,
-  // each time anew, and that would be measured.
+  // Keep freed memory: otherwise only the large run would pay for fresh pages, each time, and that would be
+  // measured.
   mallopt(M_MMAP_THRESHOLD, 1 << 30);
   mallopt(M_TRIM_THRESHOLD, 1 << 30);
   timed("read 1000 apps", read1000);

@@ -8,8 +8,8 @@
 
 namespace orvanta::bench {
 
-/// Runs the registered benchmarks in turns and remembers the median of each, so that two can be compared in
-/// one run: single times differ between machines and hours, their ratio hardly does.
+/// Runs the registered benchmarks alternately and keeps the median of each. Times differ between machines and
+/// runs; the ratio of two in one run hardly does.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -45,7 +45,7 @@ inline void compared(const char* name, void (*function)(benchmark::State&), int 
 }
 
 inline void runAll(int argc, char** argv, RatioReporter& reporter) {
-  // The repetitions of both are mixed, so that a busy minute of the machine falls on both.
+  // Interleaved, so that a busy minute of the machine hits both.
   std::string mixed = "--benchmark_enable_random_interleaving=true";
   std::vector<char*> words(argv, argv + argc);
   words.push_back(mixed.data());

@@ -28,7 +28,7 @@ int writeOutput() {
 
 class NoReports : public orvanta::CommandReports {
  public:
-  void commandError(const QString&) override {}
+  QCoro::Task<> startFailed(QString, QString, QString) override { co_return; }
   QCoro::Task<> criticalMessage(QString) override { co_return; }
 };
 

@@ -6,8 +6,7 @@
 
 namespace orvanta::headset {
 
-/// The six words of adb's transport, as they stand in the header (little endian, so that they read as
-/// letters).
+/// The six commands of adb's transport, as in the header (little endian, so that they read as letters).
 enum Command : quint32 {
   kConnect = 0x4e584e43,  // CNXN
   kAuth = 0x48545541,     // AUTH
@@ -20,7 +19,7 @@ enum Command : quint32 {
 inline constexpr quint32 kVersionWithChecksum = 0x01000000;
 inline constexpr quint32 kVersionSkipsChecksum = 0x01000001;
 inline constexpr quint32 kMaxPayload = 1024 * 1024;
-/// What may be sent before the desktop has told its own limit.
+/// The largest payload before the desktop has announced its own limit.
 inline constexpr quint32 kMaxPayloadBeforeConnect = 4096;
 
 /// One message of the transport: a header of 24 bytes and a payload.
@@ -31,7 +30,7 @@ struct Packet {
   QByteArray payload;
 };
 
-/// The bytes of a header that announces `payload`; the sum of the payload's bytes goes in only if asked for.
+/// The header for `payload`, with the payload's checksum only if asked for.
 QByteArray packetHeader(quint32 command, quint32 arg0, quint32 arg1, const QByteArray& payload,
                         bool checksum);
 
@@ -40,8 +39,8 @@ class PacketReader {
  public:
   enum class Result { Packet, NeedsMore, Malformed };
 
-  /// Takes what `device` has. After Packet the message lies in `packet`, and the next call begins a new one.
-  /// Malformed means that the peer does not speak this protocol: the connection is of no more use.
+  /// Reads what `device` has. After Packet the message is in `packet`, and the next call begins a new one.
+  /// Malformed: the peer does not speak this protocol, and the connection is useless.
   Result read(QIODevice& device, Packet& packet);
 
   /// The peer's payloads carry no checksum from now on.

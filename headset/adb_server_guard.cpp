@@ -43,8 +43,7 @@ void guardAdbServer(quint16 port) {
     return;
   }
   if (middle < 0) return;
-  // A session of its own and no parent but init: neither a signal to the group nor one to all children gets
-  // here.
+  // In its own session, reparented to init: signals to the group or to all children don't reach it.
   ::setsid();
   if (::fork() != 0) ::_exit(0);
   const int nothing = ::open("/dev/null", O_RDWR);

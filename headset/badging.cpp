@@ -24,6 +24,14 @@ QStringList quoted(const QString& line) {
   return result;
 }
 
+QString aaptSays(const QStringList& arguments) {
+  QProcess aapt;
+  aapt.setStandardInputFile(QProcess::nullDevice());
+  aapt.start(u"aapt"_s, arguments);
+  aapt.waitForFinished(-1);
+  return QString::fromUtf8(aapt.readAllStandardOutput());
+}
+
 }  // namespace
 
 std::optional<Badging> parseBadging(const QString& text) {
@@ -54,12 +62,13 @@ std::optional<Badging> parseBadging(const QString& text) {
   return badging;
 }
 
+bool requiresSplits(const QString& file) {
+  static const QRegularExpression required(u"android:isSplitRequired\\([^)]*\\)=\\(type 0x12\\)0xffffffff"_s);
+  return aaptSays({u"d"_s, u"xmltree"_s, file, u"AndroidManifest.xml"_s}).contains(required);
+}
+
 std::optional<Badging> readBadging(const QString& file) {
-  QProcess aapt;
-  aapt.setStandardInputFile(QProcess::nullDevice());
-  aapt.start(u"aapt"_s, {u"d"_s, u"badging"_s, file});
-  aapt.waitForFinished(-1);
-  return parseBadging(QString::fromUtf8(aapt.readAllStandardOutput()));
+  return parseBadging(aaptSays({u"d"_s, u"badging"_s, file}));
 }
 
 }  // namespace orvanta::headset

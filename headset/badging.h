@@ -6,7 +6,7 @@
 
 namespace orvanta::headset {
 
-/// What the headset reads from a package file when it installs it.
+/// What the headset reads from a package file at install time.
 struct Badging {
   QString package;
   QString split;  ///< empty for a base package
@@ -20,10 +20,13 @@ struct Badging {
   bool isLaunchable = false;
 };
 
-/// Reads the text of "aapt d badging"; nothing if it names no package.
+/// Parses the output of "aapt d badging"; nothing if it names no package.
 std::optional<Badging> parseBadging(const QString& text);
 
-/// Runs the desktop's aapt on `file`; nothing if that is no package.
+/// Whether the manifest of `file` says that it cannot go without splits.
+bool requiresSplits(const QString& file);
+
+/// Runs the desktop's aapt on `file`; nothing if it is not a package.
 std::optional<Badging> readBadging(const QString& file);
 
 }  // namespace orvanta::headset

@@ -93,8 +93,8 @@ CallServer::~CallServer() {
 }
 
 bool CallServer::listen(const QString& folder) {
-  // The name of a local socket has room for about 100 bytes, a path under a temporary folder may be longer;
-  // the folder's open handle is a short way in.
+  // A local socket's name is limited to about 100 bytes, and a path under a temporary folder may be longer.
+  // The folder's open handle gives a short one.
   const UniqueFd handle(::open(QFile::encodeName(folder).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   if (!handle.isOpen()) return false;
   sockaddr_un address{};

@@ -11,7 +11,7 @@
 
 namespace orvanta::headset {
 
-/// One run of a system command in the headset's shell: its words and the standard handles of its caller.
+/// One system command in the headset's shell: its arguments and its caller's standard handles.
 class Call {
  public:
   QString command;
@@ -30,8 +30,8 @@ class Call {
   UniqueFd m_error;
 };
 
-/// Waits for the shell's calls at a local socket and answers each on a thread of its own, with plain blocking
-/// reads and writes: a command may read a package of any size from its input.
+/// Serves the shell's calls at a local socket, each on its own thread with blocking reads and writes: a
+/// command may read a package of any size from its input.
 class CallServer : public QObject {
   Q_OBJECT
  public:

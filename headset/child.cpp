@@ -15,7 +15,7 @@ namespace orvanta::headset {
 
 namespace {
 
-// A megabyte instead of the usual 64 KiB: fewer turns between the processes for a package of 300 MiB.
+// A megabyte instead of the usual 64 KiB: fewer context switches for a package of 300 MiB.
 constexpr int kPipeSize = 1024 * 1024;
 constexpr int kSignalBase = 128;
 
@@ -68,7 +68,7 @@ bool Child::start(const QByteArrayList& command, Streams streams) {
   m_pid = ::fork();
   if (m_pid < 0) return false;
   if (m_pid == 0) {
-    // Between fork and exec only plain system calls: other threads of this program may hold locks.
+    // Only plain system calls between fork and exec: other threads may hold locks.
     ::setsid();
     ::signal(SIGPIPE, SIG_DFL);
     const int outFd = m_isTerminal ? in.get() : out.get();
@@ -119,13 +119,13 @@ QByteArray Child::take(Channel channel, qsizetype limit) {
     block.truncate(got);
     return block;
   }
-  // The end of a terminal is an input error (EIO): nobody holds its other side any more.
+  // A terminal ends with EIO: its other side is closed.
   if (got == 0 || (errno != EAGAIN && errno != EINTR)) endChannel(channel);
   return {};
 }
 
 void Child::endChannel(Channel channel) {
-  // This may run inside the notifier's own signal.
+  // May be called from inside the notifier's own signal.
   m_readNotifiers[channel]->setEnabled(false);
   m_readNotifiers[channel].release()->deleteLater();
   m_outputs[channel].reset();
@@ -139,7 +139,7 @@ void Child::give(QByteArray& input) {
       m_writeNotifier->setEnabled(true);
       return;
     }
-    // Nobody reads any more: what else comes is dropped, as a shell does.
+    // The reader is gone: drop the rest, as a shell does.
     if (written < 0) return input.clear();
     input.remove(0, written);
   }

@@ -9,8 +9,8 @@
 
 namespace orvanta::headset {
 
-/// A process of the headset's shell, with pipes that are read only when somebody has room for more.
-/// It is ended with everything below it when the object goes.
+/// A process of the headset's shell. Its pipes are read only when there is room for more. Deleting the object
+/// ends the process with its children.
 class Child : public QObject {
   Q_OBJECT
  public:
@@ -24,20 +24,20 @@ class Child : public QObject {
   explicit Child(QObject* parent) : QObject(parent) {}
   ~Child() override;
 
-  /// Starts `command`; false if no process could be made.
+  /// Starts `command`; false if no process could be created.
   bool start(const QByteArrayList& command, Streams streams);
 
   /// Asks for one readable() when a channel has something or has ended.
   void wantOutput(bool wanted);
   /// Up to `limit` bytes of a channel that is readable now; empty if there is nothing or it has ended.
   QByteArray take(Channel channel, qsizetype limit);
-  /// Takes what the process can take of `input` now and cuts it off there. Asks for inputRoom() if some
-  /// stays.
+  /// Writes as much of `input` as the process takes now and removes it there. inputRoom() follows if some is
+  /// left.
   void give(QByteArray& input);
   void closeInput();
   void setWindowSize(unsigned short rows, unsigned short columns);
 
-  /// The process is over and its output was taken whole.
+  /// The process has ended and all of its output has been read.
   bool isDone() const { return m_exited && !m_outputs[Output].isOpen() && !m_outputs[Error].isOpen(); }
   int exitCode() const { return m_exitCode; }
 

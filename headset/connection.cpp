@@ -94,7 +94,7 @@ void Connection::handle(const Packet& packet) {
 
   Stream* stream = m_streams.value(packet.arg1);
   if (stream == nullptr) {
-    // A block for a stream that has ended here meanwhile; the desktop is told once more.
+    // A block for a stream that has already ended here: tell the desktop again.
     if (packet.command == kWrite) sendPacket(kClose, 0, packet.arg0);
     return;
   }
@@ -114,7 +114,7 @@ void Connection::handle(const Packet& packet) {
 }
 
 void Connection::handleConnect(const Packet& packet) {
-  // A desktop that says CNXN again starts afresh: its old streams are gone.
+  // A second CNXN starts over: the old streams are gone.
   const QList<Stream*> old = m_streams.values();
   m_streams.clear();
   qDeleteAll(old);
@@ -129,14 +129,14 @@ void Connection::handleConnect(const Packet& packet) {
       return sendToken();
     case Faults::State::Offline:
     case Faults::State::Gone:
-      // A device whose daemon hangs: the desktop shows it as offline for as long as it hears nothing.
+      // A daemon that hangs: the desktop shows the device as offline while it hears nothing.
       m_state = State::Silent;
   }
 }
 
 void Connection::handleAuth(const Packet& packet) {
-  // A signature is answered with the next token, so that the desktop goes through all of its keys. Its public
-  // key comes last and gets no answer: that is the moment in which a real device asks its wearer.
+  // Answering a signature with the next token makes the desktop try all of its keys. Its public key comes
+  // last and gets no answer: that is when a real device asks the user.
   if (m_state == State::AwaitingAuthorization && packet.arg0 == kAuthSignature) sendToken();
 }
 
@@ -180,7 +180,7 @@ void Connection::forget(Stream* stream) {
   m_streams.remove(stream->m_localId);
   stream->m_closed = true;
   stream->m_finishing = true;
-  // The service may be the one that is asking.
+  // The caller may be the service itself.
   stream->deleteLater();
 }
 

@@ -12,8 +12,8 @@ namespace orvanta::headset {
 class Connection;
 class Service;
 
-/// One stream of a connection: a service at this end, one of the desktop's sockets at the other.
-/// In each direction one block at most is under way; the next may go when the other side has said OKAY.
+/// One stream of a connection: a service at this end, one of the desktop's sockets at the other. At most one
+/// block is in flight in each direction; the next may follow after the other side's OKAY.
 class Stream : public QObject {
   Q_OBJECT
  public:
@@ -25,9 +25,9 @@ class Stream : public QObject {
   bool canSend() const { return m_canSend && !m_finishing; }
   /// Sends one block of at most maxBlock() bytes. Only when canSend().
   void send(const QByteArray& block);
-  /// The block that the service was given last has been dealt with: the desktop may send the next.
+  /// The service is done with its last block: the desktop may send the next.
   void consumed();
-  /// The same after `delayMs`, for a device that is slow on request.
+  /// The same after `delayMs`, for a slow device.
   void consumedAfter(qint64 delayMs);
   /// Closes the stream as soon as the desktop has taken the last block.
   void finish();
@@ -47,14 +47,14 @@ class Stream : public QObject {
   bool m_closed = false;
 };
 
-/// What answers on a stream. It dies with the stream: when the desktop closes it, or the link is lost.
+/// What answers on a stream. It is deleted with the stream, when the desktop closes it or the link is lost.
 class Service : public QObject {
  public:
   explicit Service(Stream& stream) : QObject(&stream), m_stream(stream) {}
 
   /// The desktop has been told that the service is open.
   virtual void started() {}
-  /// A block has come. No other comes before stream().consumed() was called for it.
+  /// A block has arrived. The next one waits for stream().consumed().
   virtual void received(const QByteArray& block) = 0;
   /// The desktop has taken the last block.
   virtual void writable() {}
@@ -70,10 +70,10 @@ class Service : public QObject {
 class ConnectionHost {
  public:
   virtual ~ConnectionHost() = default;
-  /// The text that introduces the device, with its properties and features.
+  /// The device's banner, with its properties and features.
   virtual QByteArray banner() const = 0;
   virtual Faults faults() const = 0;
-  /// Makes the service that `name` asks for; null refuses it.
+  /// Creates the service called `name`; null refuses it.
   virtual Service* openService(const QByteArray& name, Stream& stream) = 0;
   virtual void logService(const QByteArray& name) = 0;
   /// All connections break.
@@ -87,9 +87,9 @@ class Connection : public QObject {
   Connection(QTcpSocket* socket, ConnectionHost& host);
   ~Connection() override;
 
-  /// The user has allowed the desktop's key: a desktop that is waiting for it is let in.
+  /// The user has allowed the desktop's key: lets a waiting desktop in.
   void authorize();
-  /// Breaks the connection at once, with no goodbye: for the desktop the device has vanished.
+  /// Drops the connection without a CLSE: the device vanishes.
   void drop() { m_socket->abort(); }
   bool isWaitingForAuthorization() const { return m_state == State::AwaitingAuthorization; }
 

@@ -27,9 +27,9 @@ class UniqueFd {
   int m_fd;
 };
 
-/// The files of the headset as its shell user meets them: paths begin at the headset's own root, links and
-/// ".." never lead out of it, and the places that the shell user may not write or list answer as real ones
-/// do. Every function returns 0 or an errno value unless it says otherwise.
+/// The headset's files as its shell user sees them: paths start at the headset's own root, links and ".."
+/// never lead out of it, and places that the shell user may not write or list answer as real ones do.
+/// Functions return 0 or an errno value unless they say otherwise.
 class DeviceFiles {
  public:
   explicit DeviceFiles(const QString& root);
@@ -49,7 +49,7 @@ class DeviceFiles {
   /// Nothing for a folder that the shell user may not list.
   int list(const QByteArray& path, QList<Entry>* entries) const;
   int openForReading(const QByteArray& path, UniqueFd* fd) const;
-  /// Makes the folders on the way, replaces a file or a link of that name.
+  /// Creates the parent folders; replaces a file or link of that name.
   int create(const QByteArray& path, mode_t mode, UniqueFd* fd) const;
   int createLink(const QByteArray& path, const QByteArray& target) const;
   int remove(const QByteArray& path) const;

@@ -8,8 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The seven digits that a real report prints of an object's address; here they only have to look alike and
-/// to stay the same for the same package.
+/// Stands in for the object address of a real report: seven hex digits, stable for a package.
 QString objectHash(const QString& name, const QString& kind) {
   const QByteArray hash = QCryptographicHash::hash((kind + name).toUtf8(), QCryptographicHash::Md5);
   return QString::fromLatin1(hash.toHex().left(7));
@@ -58,7 +57,7 @@ QString identity(const Package& package) {
   line(u"primaryCpuAbi=arm64-v8a"_s);
   line(u"secondaryCpuAbi=null"_s);
   if (!package.isInstalled) {
-    // Without the package file the report knows the build from its own records only.
+    // Without the package file the build comes from the package manager's records.
     line(u"versionCode=%1"_s.arg(package.versionCode));
     return text;
   }

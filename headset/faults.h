@@ -5,8 +5,8 @@
 
 namespace orvanta::headset {
 
-/// What goes wrong on request. The file is read anew for every connection and every service, so that a test
-/// can change its mind while the headset runs. README.md lists the keys.
+/// What goes wrong on request. The file is read again for every connection and service, so that a test can
+/// change it while the headset runs. README.md lists the keys.
 struct Faults {
   enum class State { Device, Offline, Unauthorized, Gone };
 

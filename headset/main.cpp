@@ -28,7 +28,7 @@ void endOnSignal(int) {
   [[maybe_unused]] const ssize_t done = ::write(g_endPipe[1], &byte, 1);
 }
 
-/// SIGTERM, SIGINT and SIGHUP end the event loop, so that everything is put away.
+/// SIGTERM, SIGINT and SIGHUP end the event loop, so that everything is cleaned up.
 void watchSignals(QCoreApplication& app) {
   if (::pipe2(g_endPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
   auto* notifier = new QSocketNotifier(g_endPipe[0], QSocketNotifier::Read, &app);

@@ -17,10 +17,10 @@ constexpr int kFailed = 1;
 constexpr int kDeviceSdk = 29;
 constexpr int kFirstSdkWithRuntimePermissions = 23;
 constexpr qsizetype kBlock = 1024 * 1024;
-// Where a session keeps the words that it was opened with.
+// Where a session keeps its options.
 constexpr QLatin1StringView kOptionsFile("options");
 
-/// 22 characters and "==": what the folders of installed packages end in.
+/// 22 characters and "==", the suffix of an installed package's folder.
 QString pathToken() {
   QByteArray bytes(16, Qt::Uninitialized);
   for (char& byte : bytes) byte = static_cast<char>(QRandomGenerator::global()->bounded(256));
@@ -40,7 +40,7 @@ QString notEnoughSpace() {
          "\tat com.android.server.pm.PackageManagerShellCommand.doRunInstall(PackageManagerShellCommand.java:1330)\n"_s;
 }
 
-/// Reads `fd` to its end, so that a desktop that is still sending gets to the reply.
+/// Drains `fd`, so that a desktop that is still sending gets to read the reply.
 void drain(int fd) {
   QByteArray block(kBlock, Qt::Uninitialized);
   while (::read(fd, block.data(), static_cast<size_t>(block.size())) > 0) {
@@ -252,6 +252,16 @@ QString PackageInstaller::commit(const QString& folder, const InstallOptions& op
   if (!base) {
     return u"INSTALL_FAILED_INVALID_APK: Full install must include a base package: splits=[%1]"_s.arg(
         splitFiles.keys().join(u", "_s));
+  }
+  for (const QString& file : std::as_const(splitFiles)) {
+    const QString package = readBadging(file).value_or(Badging()).package;
+    if (package != base->package) {
+      return u"INSTALL_FAILED_INVALID_APK: %1/%2 package %3 inconsistent with %4"_s.arg(
+          shownFolder, file.section(u'/', -1), package, base->package);
+    }
+  }
+  if (splitFiles.isEmpty() && requiresSplits(baseFile)) {
+    return u"INSTALL_FAILED_MISSING_SPLIT: Missing split for %1"_s.arg(base->package);
   }
   if (const QString reason = refusal(*base, options, shownFolder); !reason.isEmpty()) return reason;
 

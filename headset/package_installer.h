@@ -22,8 +22,8 @@ struct InstallOptions {
   static InstallOptions parse(const QStringList& words);
 };
 
-/// Puts packages on the headset: in one step, or in a session of several files. A session is a folder beside
-/// the installed packages, so that it needs no other memory.
+/// Installs packages, in one step or in a session of several files. A session is a folder beside the
+/// installed packages and needs no other state.
 class PackageInstaller {
  public:
   PackageInstaller(SystemHost& host, Packages& packages) : m_host(host), m_packages(packages) {}

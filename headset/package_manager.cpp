@@ -14,7 +14,7 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kException = 255;
 
-/// The words behind the options; "--user" takes its number with it.
+/// The words after the options; "--user" takes its number with it.
 QStringList operands(const QStringList& words) {
   QStringList result;
   for (qsizetype i = 0; i < words.size(); ++i) {
@@ -96,7 +96,7 @@ int PackageManager::list(Call& call, const QStringList& words) {
     if (has("-e"_L1) && !package.isEnabled) continue;
     if (!package.name.contains(filter)) continue;
     text += "package:"_L1;
-    // A package of which only the data is left has no file; the real listing spells that out.
+    // A package with only its data left has no file; the real listing says "null".
     if (has("-f"_L1)) text += (package.isInstalled ? package.files().value(0) : u"null"_s) + u'=';
     text += package.name;
     if (has("--show-versioncode"_L1)) text += u" versionCode:%1"_s.arg(package.versionCode);
@@ -178,7 +178,7 @@ int PackageManager::uninstall(Call& call, const QStringList& words) {
   std::optional<Package> package = m_packages.find(name);
   if (failure.isEmpty() && (!package || package->isSystem)) failure = u"DELETE_FAILED_INTERNAL_ERROR"_s;
   const bool keepsData = words.contains("-k"_L1);
-  // What has its data left only can still be taken off whole.
+  // A package with only its data left can still be uninstalled completely.
   if (failure.isEmpty() && !package->isInstalled && keepsData) failure = u"not installed for 0"_s;
   if (!failure.isEmpty()) {
     call.print(u"Failure [%1]\n"_s.arg(failure));

@@ -10,7 +10,7 @@
 
 namespace orvanta::headset {
 
-/// What the package manager keeps of one package.
+/// What the package manager stores about one package.
 struct Package {
   QString name;
   qint64 versionCode = 0;
@@ -27,24 +27,24 @@ struct Package {
   QString installer;
   int userId = 0;
   bool isSystem = false;
-  bool isInstalled = true;  ///< false: taken off, its data kept
+  bool isInstalled = true;  ///< false: uninstalled, its data kept
   bool isEnabled = true;
 
   /// The paths of all package files, base first; empty when only the data is left.
   QStringList files() const;
 };
 
-/// Whether a permission is asked of the wearer at run time.
+/// Whether the user is asked for a permission at run time.
 bool isRuntimePermission(const QString& permission);
 
-/// The package manager's memory, kept in a file. All functions may be called on any thread.
+/// The package manager's database, kept in a file. Thread-safe.
 class Packages {
  public:
   explicit Packages(const QString& file);
 
   QList<Package> all() const;
   std::optional<Package> find(const QString& name) const;
-  /// Adds the package, or takes the place of the one with its name; gives it a user id if it has none.
+  /// Adds or replaces the package; gives it a user id if it has none.
   void put(Package package);
   void remove(const QString& name);
 

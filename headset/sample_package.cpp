@@ -28,7 +28,7 @@ bool writeFile(const QString& path, const QByteArray& content) {
   return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-/// A text as the value of a string resource: XML and aapt both have characters of their own.
+/// Escapes `text` for a string resource: both XML and aapt have special characters.
 QByteArray resourceText(QString text) {
   text.replace(u'\\', u"\\\\"_s).replace(u'\'', u"\\'"_s).replace(u'"', u"\\\""_s);
   if (text.startsWith(u'@') || text.startsWith(u'?')) text.prepend(u'\\');
@@ -39,7 +39,7 @@ QByteArray stringsFile(const QString& label) {
   return "<resources><string name=\"app_name\">" + resourceText(label) + "</string></resources>\n";
 }
 
-/// A round face in a colour that the package's name decides, so that neighbours in a list differ.
+/// A disc whose colour follows from the package's name, so that neighbours in a list differ.
 QByteArray drawnIcon(const QString& package, int size) {
   QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
@@ -66,9 +66,10 @@ QString manifest(const SamplePackage& package) {
   QString text =
       u"<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<manifest xmlns:android=\"http://schemas.android.com/apk/res/android\" package=\"%1\" "
-      "android:versionCode=\"%2\" android:versionName=\"%3\"%4>\n"_s.arg(
+      "android:versionCode=\"%2\" android:versionName=\"%3\"%4%5>\n"_s.arg(
           attribute(package.package), QString::number(package.versionCode), attribute(package.versionName),
-          package.split.isEmpty() ? QString() : u" split=\"%1\""_s.arg(attribute(package.split)));
+          package.split.isEmpty() ? QString() : u" split=\"%1\""_s.arg(attribute(package.split)),
+          package.splitRequired ? u" android:isSplitRequired=\"true\""_s : QString());
   text += u"<uses-sdk android:minSdkVersion=\"%1\" android:targetSdkVersion=\"%2\"/>\n"_s.arg(package.minSdk)
               .arg(package.targetSdk);
   for (const QString& name : package.permissions) {
@@ -156,7 +157,7 @@ QString SamplePackage::write(const QString& file) const {
   }
   if (const QString problem = runAapt(work.path(), arguments); !problem.isEmpty()) return problem;
 
-  // aapt gives an added file the name by which it is called, so the names are those of the package.
+  // aapt stores an added file under the path it was given, so those are the paths inside the package.
   QMap<QString, QByteArray> files = extraFiles;
   for (const QString& abi : nativeCode) files.insert(u"lib/%1/libmain.so"_s.arg(abi), QByteArray(64, '\x7f'));
   if (paddingBytes > 0) files.insert(u"assets/padding.bin"_s, randomBytes(paddingBytes));

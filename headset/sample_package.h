@@ -7,7 +7,7 @@
 
 namespace orvanta {
 
-/// What a package made for a trial or a test says about itself.
+/// The manifest of a package made for a demo or a test.
 struct SamplePackage {
   QString package = QStringLiteral("com.example.app");
   qint64 versionCode = 1;
@@ -19,6 +19,7 @@ struct SamplePackage {
   QStringList permissions = {};                 ///< full names
   QStringList features = {};                    ///< required features, full names
   QString split = {};                           ///< makes a split package of that name
+  bool splitRequired = false;                   ///< the base cannot be installed without a split
   bool icon = false;                            ///< with a drawn picture in several sizes
   QByteArray iconPng = {};                      ///< the picture itself, instead of the drawn one
   bool launchable = true;                       ///< with an activity that a launcher shows
@@ -31,8 +32,8 @@ struct SamplePackage {
   [[nodiscard]] QString write(const QString& file) const;
 };
 
-/// The framework resources that aapt needs, from Debian's android-framework-res or from an SDK; empty if none
-/// is here.
+/// The framework resources that aapt needs, from Debian's android-framework-res or an SDK; empty if there are
+/// none.
 QString frameworkResources();
 
 }  // namespace orvanta

@@ -52,19 +52,19 @@ constexpr Link kLinks[] = {
 };
 
 /// The commands that the system services answer, through our own small program.
-constexpr const char* kServiceCommands[] = {"am", "cmd",    "df",       "dumpsys", "getprop", "ls",
+constexpr const char* kServiceCommands[] = {"am", "cmd",    "df",       "dumpsys", "getprop", "ip",    "ls",
                                             "pm", "monkey", "settings", "setprop", "svc",     "reboot"};
 
-// The shell prefers its built-in programs to those on the path; these functions put ours before them.
+// The shell prefers its built-in programs to those on the path; these functions put ours first.
 constexpr QByteArrayView kShellStart =
-    "for name in df ls reboot svc; do eval \"$name() { /system/bin/$name \\\"\\$@\\\"; }\"; done\n"
+    "for name in df ip ls reboot svc; do eval \"$name() { /system/bin/$name \\\"\\$@\\\"; }\"; done\n"
     "unset name\n";
 constexpr QByteArrayView kShellStartFile = "/system/etc/mkshrc";
 
 constexpr const char* kProgramFolder = "/data/local/tmp";
-// Every shell looks at them anew, so a folder full of other things must not slow it down.
+// Every shell scans the folder, so a folder full of other files must not slow it down.
 constexpr int kMostFilesLookedAt = 200;
-// In the shell's own /dev, the one folder where mount points leave nothing behind in the headset's tree.
+// In the shell's own /dev: mount points there leave nothing behind in the headset's tree.
 constexpr QByteArrayView kEmulatorFolder = "/dev/emulator/";
 
 struct Emulator {
@@ -72,7 +72,7 @@ struct Emulator {
   const char* name;
 };
 
-/// Headers of an ELF file in this machine's byte order; no machine if it is none.
+/// Headers of an ELF file in this machine's byte order; the machine is 0 for any other file.
 struct ElfFile {
   int machine = EM_NONE;
   bool isStatic = false;
@@ -106,8 +106,8 @@ ElfFile readElf(const QString& path) {
   return readElf<Elf64_Ehdr, Elf64_Phdr>(start);
 }
 
-/// What runs the programs of other processors here, by e_machine. Only static emulators: there are no
-/// libraries of the desktop where they run.
+/// The emulator for another processor's programs, by e_machine. Static ones only: the desktop's libraries
+/// are not visible where they run.
 QMap<int, QString> findEmulators() {
   constexpr Emulator emulators[] = {{EM_AARCH64, "aarch64"}, {EM_ARM, "arm"}};
   const int own = readElf(u"/proc/self/exe"_s).machine;
@@ -130,7 +130,7 @@ QByteArray shellWord(const QByteArray& text) {
   return '\'' + QByteArray(text).replace('\'', "'\\''") + '\'';
 }
 
-/// Puts `content` there as a program, unless it is there.
+/// Writes `content` as an executable file, unless it is there already.
 bool writeProgram(const QString& path, const QByteArray& content) {
   constexpr auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup |
                           QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
@@ -142,8 +142,8 @@ bool writeProgram(const QString& path, const QByteArray& content) {
          file.setPermissions(rights);
 }
 
-/// What the emulator is to run for `file`. It insists on a file with the right to run, and the shell's chmod
-/// comes too late and reaches only the wrapper: a program without it is copied to `copy`.
+/// The file that the emulator runs for `file`. It insists on the execute bit, and the shell's chmod comes too
+/// late and changes only the wrapper: a program without the bit is copied to `copy`.
 QString runnable(const QString& file, const QString& copy) {
   if (QFile::permissions(file) & QFile::ExeOwner) return file;
   QFile::remove(copy);
@@ -165,7 +165,7 @@ bool copyIfOther(const QString& from, const QString& to) {
 
 void makeLink(const QString& path, const QByteArray& target) {
   if (!QFileInfo(path).isSymLink()) QFile::remove(path);
-  // QFile::link would turn the target into a path of the desktop.
+  // QFile::link would make the target an absolute path of the desktop.
   [[maybe_unused]] const int done = ::symlink(target.constData(), QFile::encodeName(path).constData());
 }
 
@@ -220,8 +220,8 @@ QString Sandbox::makeTree(const QString& toolPath) const {
 }
 
 QString Sandbox::tryOut() {
-  // The shell user of a headset has the number 2000. A machine that gives no process namespace to others
-  // (some containers) still can run the shell with the desktop's own /proc.
+  // The shell user of a headset has the id 2000. Where no process namespace can be had (some containers), the
+  // shell runs with the desktop's own /proc.
   const QByteArrayList base = {"--unshare-user", "--unshare-ipc", "--unshare-net", "--uid",
                                "2000",           "--gid",         "2000"};
   QString said;
@@ -263,7 +263,7 @@ QByteArrayList Sandbox::emulation() const {
                                    shellWord(programInside) + " \"$@\"\n")) {
       continue;
     }
-    // The wrapper is writable, for a chmod. What is bound twice does no harm.
+    // The wrapper is writable, for a chmod. Binding one twice does no harm.
     line << "--ro-bind" << QFile::encodeName(*emulator) << emulatorInside;
     line << "--ro-bind" << QFile::encodeName(program) << programInside;
     line << "--bind" << QFile::encodeName(wrapper) << kProgramFolder + ('/' + name);

@@ -12,7 +12,7 @@ class Sandbox {
   /// `stateDir` holds the tree in its folder "root" and the socket of the device's own commands in "run".
   explicit Sandbox(const QString& stateDir);
 
-  /// Makes what is missing of the tree (what is there stays) and tries a first command in it.
+  /// Creates what is missing of the tree (what is there stays) and runs a first command in it.
   /// On failure the reason, for the user; empty when all is well.
   QString prepare(const QString& toolPath);
 
@@ -26,8 +26,8 @@ class Sandbox {
  private:
   QString makeTree(const QString& toolPath) const;
   QString tryOut();
-  /// The part of the command line that lets the pushed programs of other processors run: a script that starts
-  /// the emulator takes the place of each. The kernel would need root and a setting for the whole machine.
+  /// The part of the command line that lets pushed programs for other processors run: a script that starts
+  /// the emulator covers each. Doing it in the kernel would need root and a setting for the whole machine.
   QByteArrayList emulation() const;
 
   QString m_root;

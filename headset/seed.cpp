@@ -33,7 +33,7 @@ constexpr std::array<const char*, 6> kPermissions = {"android.permission.INTERNE
                                                      "android.permission.CAMERA",
                                                      "android.permission.ACCESS_NETWORK_STATE"};
 
-// Real blocks on the disk: the device's du counts those.
+// Real blocks on the disk, because the device's du counts blocks.
 constexpr std::array<qint64, 7> kSizes = {0, 1, 5'000, 40'000, 300'000, 1'500'000, 0};
 constexpr qint64 kLargeSize = 12'000'000;
 constexpr int kLargeEvery = 25;
@@ -86,7 +86,7 @@ QString seedOne(SystemHost& host, Packages& packages, int index) {
   if (sample.launchable) package.categories = {u"android.intent.category.LAUNCHER"_s};
   package.firstInstall = package.lastUpdate = QDateTime(QDate(2021, 1 + index % 12, 1), QTime(9, 30));
   package.codePath = codePathOf(package.name, index);
-  // The third of each ten is taken off with its data kept, the fourth comes in pieces.
+  // Of each ten, the third is uninstalled with its data kept and the fourth has splits.
   package.isInstalled = index % 10 != 3;
   if (index % 10 == 4) package.splits = {u"config.arm64_v8a"_s, u"config.zh"_s};
 

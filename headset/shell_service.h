@@ -16,7 +16,7 @@ struct ShellRequest {
   QByteArray term = "dumb";
   QByteArray script;
 
-  /// Nothing if `service` is no shell service.
+  /// Nothing if `service` is not a shell service.
   static std::optional<ShellRequest> parse(const QByteArray& service);
 };
 

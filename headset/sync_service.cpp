@@ -65,10 +65,13 @@ void appendStat2(Writer& writer, int error, const struct stat& info) {
 
 }  // namespace
 
-SyncService::SyncService(Stream& stream, SyncHost& host) : Service(stream), m_host(host) {}
+SyncService::SyncService(Stream& stream, SyncHost& host) : Service(stream), m_host(host) {
+  m_pause.setSingleShot(true);
+  connect(&m_pause, &QTimer::timeout, this, &SyncService::pump);
+}
 
 SyncService::~SyncService() {
-  // A file that did not come to its end is taken away, as a real device does.
+  // An incomplete file is removed, as on a real device.
   if (m_incoming.active && m_incoming.file.isOpen()) m_host.files().remove(m_incoming.path);
 }
 
@@ -86,18 +89,19 @@ void SyncService::writable() {
 void SyncService::pump() {
   while (!m_ending && !m_outgoing.isOpen() && parseOne()) {
   }
-  if (stream().canSend()) {
+  const qint64 rate = m_faults.bytesPerSecond;
+  if (stream().canSend() && !m_pause.isActive()) {
     if (m_outgoing.isOpen()) fillFromFile();
     if (!m_out.isEmpty()) {
       const QByteArray block = m_out.left(stream().maxBlock());
       m_out.remove(0, block.size());
       stream().send(block);
+      if (rate > 0) m_pause.start(static_cast<int>(block.size() * 1000 / rate));
     }
   }
-  // While a file goes out, whatever the desktop asks next waits at its end.
+  // The desktop's next request waits until the file has been sent.
   if (m_owesAnswer && !m_outgoing.isOpen()) {
     m_owesAnswer = false;
-    const qint64 rate = m_faults.bytesPerSecond;
     stream().consumedAfter(m_incoming.active && rate > 0 ? m_blockSize * 1000 / rate : 0);
   }
   if (m_ending && m_out.isEmpty()) stream().finish();
@@ -162,7 +166,7 @@ void SyncService::handleList(quint32 request, const QByteArray& path) {
   const bool second = request == kList2;
   QList<DeviceFiles::Entry> entries;
   m_host.files().list(path, &entries);
-  // The end is an entry too: the same size, another word, all zero.
+  // The list ends with an entry of the same size, with another id and all zeros.
   const DeviceFiles::Entry end{};
   Writer writer;
   const auto append = [&writer, second](quint32 word, const DeviceFiles::Entry& entry) {
@@ -271,7 +275,7 @@ void SyncService::fillFromFile() {
 
 void SyncService::fail(const QByteArray& reason) {
   if (m_incoming.active) {
-    // The desktop goes on sending: the rest of the file is read and dropped, so that it gets to the answer.
+    // The desktop goes on sending: drain the rest of the file, so that it gets to read the answer.
     m_incoming.failed = true;
     if (m_incoming.file.isOpen()) m_host.files().remove(m_incoming.path);
     m_incoming.file.reset();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QTimer>
 
 #include "connection.h"
 #include "device_files.h"
@@ -57,6 +58,7 @@ class SyncService : public Service {
   Incoming m_incoming;
   UniqueFd m_outgoing;
   Faults m_faults;
+  QTimer m_pause;             ///< a slow headset takes it before the next block
   bool m_owesAnswer = false;  ///< a block was received and is not acknowledged yet
   qint64 m_blockSize = 0;
   bool m_ending = false;

@@ -36,8 +36,7 @@ struct Mount {
   qint64 available;
 };
 
-/// The listing in the columns of the headset's own df: the first at least 14 wide, the others as wide as
-/// needed.
+/// The columns of the headset's df: the first at least 14 wide, the others as wide as needed.
 QString storageTable(const QList<Mount>& mounts, bool human) {
   using Row = std::array<QString, 6>;
   const auto figure = [human](qint64 bytes) {
@@ -81,6 +80,7 @@ int System::run(Call& call) {
   if (name == "dumpsys"_L1) return dumpsys(call);
   if (name == "df"_L1) return df(call);
   if (name == "getprop"_L1) return getprop(call);
+  if (name == "ip"_L1) return ip(call);
   if (name == "setprop"_L1) return setprop(call);
   if (name == "svc"_L1) return svc(call);
   if (name == "monkey"_L1) return monkey(call);
@@ -132,6 +132,28 @@ int System::df(Call& call) {
   call.print(storageTable(shown, human));
   call.printError(errors);
   return code;
+}
+
+int System::ip(Call& call) {
+  QStringList words = call.arguments;
+  for (const QString& option : {u"-4"_s, u"-f"_s, u"inet"_s}) words.removeAll(option);
+  const QString address = m_host.networkAddress();
+  if (words.value(0).startsWith(u'r')) {
+    const QString net = address.section(u'.', 0, 2) + u".0/24"_s;
+    call.print(u"%1 dev wlan0 proto kernel scope link src %2 \n"_s.arg(net, address));
+    return 0;
+  }
+  if (!words.value(0).startsWith(u'a')) {
+    call.printError(u"Object \"%1\" is unknown, try \"ip help\".\n"_s.arg(words.value(0)));
+    return 1;
+  }
+  call.print(
+      u"1: lo: <LOOPBACK,UP,LOWER_UP> mtu 65536 qdisc noqueue state UNKNOWN group default qlen 1000\n"
+      "    inet 127.0.0.1/8 scope host lo\n       valid_lft forever preferred_lft forever\n"
+      "23: wlan0: <BROADCAST,MULTICAST,UP,LOWER_UP> mtu 1500 qdisc mq state UP group default qlen 3000\n"
+      "    inet %1/24 brd %2.255 scope global wlan0\n       valid_lft forever preferred_lft forever\n"_s.arg(
+          address, address.section(u'.', 0, 2)));
+  return 0;
 }
 
 int System::getprop(Call& call) {

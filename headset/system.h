@@ -19,7 +19,7 @@ class Properties {
   QString value(const QString& name) const;
   /// False for a name that a shell user may not set.
   bool set(const QString& name, const QString& value);
-  /// What a restart of the headset does: the settings for debugging are gone.
+  /// Forgets the debug settings, as a reboot does.
   void forgetVolatile();
 
  private:
@@ -43,9 +43,11 @@ class SystemHost {
   /// New packages go to /data/app/~~X==/pkg-Y== instead of /data/app/pkg-Y==.
   virtual bool usesNestedCodePaths() const = 0;
   virtual void reboot() = 0;
+  /// Where the headset can be reached over the network.
+  virtual QString networkAddress() const = 0;
 };
 
-/// The services behind the shell's system commands, in the words and layouts of real ones.
+/// The services of the shell's system commands, with the words and layouts of real ones.
 class System {
  public:
   System(SystemHost& host, Packages& packages, Properties& properties);
@@ -56,6 +58,7 @@ class System {
  private:
   int df(Call& call);
   int getprop(Call& call);
+  int ip(Call& call);
   int setprop(Call& call);
   int svc(Call& call);
   int monkey(Call& call);

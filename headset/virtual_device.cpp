@@ -19,13 +19,13 @@ constexpr int kAnnounceMs = 100;
 constexpr int kRebootDelayMs = 100;
 constexpr qint64 kGiga = 1024LL * 1024 * 1024;
 constexpr qint64 kStorageSize = 109 * kGiga;
-// What the headset's own system and its first apps take.
+// Space taken by the headset's system and its first apps.
 constexpr qint64 kUsedAlways = 12 * kGiga;
 
-/// Says one text and hangs up: the answer of services that a headset for users does not give.
-class Refusal : public Service {
+/// Sends one text and closes: how services are answered that need no more, or are not offered.
+class Answer : public Service {
  public:
-  Refusal(Stream& stream, QByteArray text) : Service(stream), m_text(std::move(text)) {}
+  Answer(Stream& stream, QByteArray text) : Service(stream), m_text(std::move(text)) {}
   void started() override {
     if (!m_text.isEmpty()) stream().send(m_text);
     stream().finish();
@@ -47,7 +47,7 @@ VirtualDevice::VirtualDevice(DeviceOptions options)
       m_calls([this](Call& call) { return m_system.run(call); }) {}
 
 VirtualDevice::~VirtualDevice() {
-  // The services first: they hold the other ends of what the calls read.
+  // The services first: they hold the other ends of the calls' pipes.
   for (Connection* connection : std::as_const(m_connections)) connection->disconnect(this);
   qDeleteAll(m_connections);
 }
@@ -56,7 +56,7 @@ QString VirtualDevice::prepare() {
   if (const QString problem = m_sandbox.prepare(m_options.toolPath); !problem.isEmpty()) return problem;
   m_files = std::make_unique<DeviceFiles>(m_sandbox.root());
   if (!m_files->isValid()) return u"cannot open "_s + m_sandbox.root();
-  // What an installation left that was broken off, as a real headset does when it starts.
+  // Removes what an interrupted install left, as a real headset does at boot.
   QDir apps(m_sandbox.root() + "/data/app"_L1);
   const QStringList leftovers = apps.entryList({u"vmdl*.tmp"_s}, QDir::Dirs);
   for (const QString& name : leftovers) QDir(apps.filePath(name)).removeRecursively();
@@ -69,7 +69,8 @@ QString VirtualDevice::start() {
   m_port = m_options.port;
   if (const QString problem = reservePort(); !problem.isEmpty()) return problem;
 
-  connect(&m_server, &QTcpServer::newConnection, this, &VirtualDevice::acceptConnections);
+  connect(&m_server, &QTcpServer::newConnection, this, [this] { acceptConnections(m_server); });
+  connect(&m_network, &QTcpServer::newConnection, this, [this] { acceptConnections(m_network); });
   connect(&m_watch, &QTimer::timeout, this, &VirtualDevice::watchFaults);
   connect(&m_announce, &QTimer::timeout, this, &VirtualDevice::announce);
   m_state = faults().state;
@@ -81,7 +82,7 @@ QString VirtualDevice::start() {
 }
 
 QString VirtualDevice::reservePort() {
-  // A bound socket that does not listen refuses connections and keeps the port from other programs meanwhile.
+  // A bound socket that does not listen refuses connections and keeps the port reserved.
   m_reserved = UniqueFd(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   const int on = 1;
   ::setsockopt(m_reserved.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
@@ -106,6 +107,7 @@ bool VirtualDevice::listenNow() {
 }
 
 void VirtualDevice::hide() {
+  m_network.close();
   if (m_server.isListening()) {
     m_server.close();
     reservePort();
@@ -113,13 +115,28 @@ void VirtualDevice::hide() {
   dropConnections();
 }
 
+QString VirtualDevice::networkAddress() const {
+  // Of the loopback's many addresses one that no other headset on this computer has.
+  constexpr quint32 net = (127U << 24U) | (77U << 16U);
+  return QHostAddress(net | m_port).toString();
+}
+
+void VirtualDevice::listenOnNetwork(quint16 port) {
+  // The headset's adb starts itself anew, so that the link over the cable is lost for a moment.
+  QTimer::singleShot(kRebootDelayMs, this, [this, port] {
+    m_network.close();
+    m_network.listen(QHostAddress(networkAddress()), port);
+    dropConnections();
+  });
+}
+
 void VirtualDevice::dropConnections() {
   const QList<Connection*> all = m_connections;
   for (Connection* connection : all) connection->drop();
 }
 
-void VirtualDevice::acceptConnections() {
-  while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+void VirtualDevice::acceptConnections(QTcpServer& server) {
+  while (QTcpSocket* socket = server.nextPendingConnection()) {
     auto* connection = new Connection(socket, *this);
     m_connections.append(connection);
     connect(connection, &Connection::closed, this, [this, connection] {
@@ -140,7 +157,7 @@ void VirtualDevice::watchFaults() {
   m_faultsText = text;
   if (m_lost && text == m_faultsAtDrop) return;
   m_lost = false;
-  // Looked at now, so that the free space counts from this moment and not from the next transfer.
+  // Read now, so that the free space counts from this moment and not from the next transfer.
   bytesAvailable();
   const Faults::State before = std::exchange(m_state, faults().state);
   if (m_rebooting) return;
@@ -155,9 +172,9 @@ void VirtualDevice::watchFaults() {
 }
 
 void VirtualDevice::announce() {
-  // What an emulator does when it comes up: it tells the adb server its port. The server then tries the port
-  // at once, and again for a minute when the link is lost. Asked anew for as long as nobody is connected, it
-  // also reaches a server that was started later.
+  // Like an emulator at boot: tell the adb server the port. The server tries it at once, and again for a
+  // minute after the link is lost. Repeated while nobody is connected, this also reaches a server that was
+  // started later.
   if (m_options.adbServerPort == 0 || !m_connections.isEmpty() || !m_server.isListening()) return;
   auto* socket = new QTcpSocket(this);
   connect(socket, &QTcpSocket::connected, socket, [this, socket] {
@@ -173,7 +190,7 @@ void VirtualDevice::announce() {
 void VirtualDevice::linkLost() {
   if (faults().dropStaysGone) {
     m_lost = true;
-    // The file of this very moment: the last look may have been before its last change.
+    // Read again: the file may have changed since the last look.
     m_faultsAtDrop = faultsText();
     hide();
   } else {
@@ -182,8 +199,8 @@ void VirtualDevice::linkLost() {
 }
 
 void VirtualDevice::reboot() {
-  // The call may come from a thread of the shell's commands. The link holds a little longer, so that the
-  // command that asked for it gets its answer.
+  // May be called from a shell command's thread. The link stays up a moment longer, so that the command that
+  // asked for it gets its answer.
   QMetaObject::invokeMethod(
       this, [this] { QTimer::singleShot(kRebootDelayMs, this, &VirtualDevice::goDown); },
       Qt::QueuedConnection);
@@ -223,12 +240,17 @@ Service* VirtualDevice::openService(const QByteArray& name, Stream& stream) {
   }
   if (name.startsWith("reboot:")) {
     reboot();
-    return new Refusal(stream, {});
+    return new Answer(stream, {});
   }
-  if (name.startsWith("root:")) return new Refusal(stream, "adbd cannot run as root in production builds\n");
-  if (name.startsWith("unroot:")) return new Refusal(stream, "adbd not running as root\n");
+  if (name.startsWith("tcpip:")) {
+    const QByteArray port = name.sliced(qstrlen("tcpip:"));
+    listenOnNetwork(port.toUShort());
+    return new Answer(stream, "restarting in TCP mode port: " + port + '\n');
+  }
+  if (name.startsWith("root:")) return new Answer(stream, "adbd cannot run as root in production builds\n");
+  if (name.startsWith("unroot:")) return new Answer(stream, "adbd not running as root\n");
   if (name.startsWith("remount:"))
-    return new Refusal(stream, "Not running as root. Try \"adb root\" first.\n");
+    return new Answer(stream, "Not running as root. Try \"adb root\" first.\n");
   return nullptr;
 }
 

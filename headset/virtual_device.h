@@ -28,18 +28,18 @@ struct DeviceOptions {
   QString serial;
   QString features;
   quint16 port = 0;
-  quint16 adbServerPort = 0;  ///< 0: nobody is told that the headset is there
+  quint16 adbServerPort = 0;  ///< 0: no adb server is told of the headset
   bool nestedCodePaths = false;
 };
 
-/// The headset: listens on the loopback, opens services, and has its faults when it is asked to.
+/// The headset: listens on the loopback, opens services, and has faults on request.
 class VirtualDevice : public QObject, public ConnectionHost, public SyncHost, public SystemHost {
   Q_OBJECT
  public:
   explicit VirtualDevice(DeviceOptions options);
   ~VirtualDevice() override;
 
-  /// Makes the file tree and what runs in it. On failure the reason, for the user; else empty.
+  /// Creates the file tree and the sandbox. On failure the reason, for the user; else empty.
   QString prepare();
   /// Opens the port. On failure the reason, for the user; empty when the headset is ready.
   QString start();
@@ -56,6 +56,7 @@ class VirtualDevice : public QObject, public ConnectionHost, public SyncHost, pu
   qint64 bytesAvailable() const override;
   qint64 storageSize() const override;
   bool usesNestedCodePaths() const override { return m_options.nestedCodePaths; }
+  QString networkAddress() const override;
   void reboot() override;
 
  private:
@@ -63,7 +64,8 @@ class VirtualDevice : public QObject, public ConnectionHost, public SyncHost, pu
   bool listenNow();
   void hide();
   void dropConnections();
-  void acceptConnections();
+  void acceptConnections(QTcpServer& server);
+  void listenOnNetwork(quint16 port);
   QByteArray faultsText() const;
   void watchFaults();
   void announce();
@@ -81,6 +83,7 @@ class VirtualDevice : public QObject, public ConnectionHost, public SyncHost, pu
   quint16 m_port = 0;
   UniqueFd m_reserved;  ///< keeps the port while nobody listens
   QTcpServer m_server;
+  QTcpServer m_network;  ///< open once adb has asked for it, until the next start
   QList<Connection*> m_connections;
   QTimer m_watch;
   QTimer m_announce;

@@ -10,8 +10,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char** argv) {
   const QString commandText = orvanta::commandText(argc, argv);
-  // Everything behind the program's name is one path; none of it is an option, neither ours nor the
-  // toolkit's.
+  // Everything after the program's name is one path; no part of it is an option, ours or the toolkit's.
   int toolkitWords = 1;
   QApplication application(toolkitWords, argv);
   QApplication::setApplicationName(u"Orvanta"_s);
@@ -27,6 +26,7 @@ int main(int argc, char** argv) {
 
   orvanta::QtDesktop desktop;
   orvanta::Application orvanta(desktop, [] { QCoreApplication::exit(0); });
+  orvanta.endWithTheSession();
   orvanta.start(commandText);
   return QApplication::exec();
 }

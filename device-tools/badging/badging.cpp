@@ -37,7 +37,7 @@ int dump(std::string_view option, const ByteSource& package, Output& output, Out
 int dumpParts(std::string_view option, Bytes tableContent, std::optional<Bytes> manifestContent,
               Output& output, Output& errors, Work work) {
   ResourceTable table(work);
-  // A package without resources, such as a part with code only, is in order.
+  // A package without resources, such as a split with code only, is fine.
   if (tableContent.size() > 0 && !table.load(tableContent)) {
     errors << kTableCorrupt;
     return 1;

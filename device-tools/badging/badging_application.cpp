@@ -36,7 +36,7 @@ bool Walk::readApplication() {
 void Walk::printLabels(std::string& label) {
   for (Locale& locale : m_table.locales()) {
     const std::string name = locale.name();
-    // A configuration may have a region alone; whoever asks by its name asks for a language.
+    // A configuration may have only a region; labels are asked for by language.
     if (locale.language.empty()) std::swap(locale.language, locale.region);
     m_request.locale = std::move(locale);
     m_request.locale.computeScript();
@@ -75,7 +75,7 @@ bool Walk::readComponent(const std::string& tag) {
                   std::string(m_error));
     }
     string(kPermission);
-    // This one alone is said without an end to the walk.
+    // The only error that does not end the walk.
     if (!m_error.empty()) {
       fail("ERROR getting 'android:permission' attribute for " + tag + " '" + name +
            "': " + std::string(m_error));

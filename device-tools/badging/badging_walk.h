@@ -38,14 +38,13 @@ enum Attribute : uint32_t {
   kCompileSdkVersionCodename = 0x01010573,
 };
 
-/// One walk through one manifest. A step that meets an attribute of the wrong kind says so and returns false:
-/// the walk ends there, and so do the lines. An error stays until the next step that looks for one, as it
-/// does in the original.
+/// One walk through one manifest. A step that meets an attribute of the wrong kind reports it and returns
+/// false, which ends the walk. An error stays until the next step that checks for one, as in aapt.
 class Walk {
  public:
   Walk(ResourceTable& table, Manifest& manifest, Output& output, Output& errors);
 
-  /// Prints the lines; false when the manifest has something that ends them, which then stands in the errors.
+  /// Prints the lines; false when an error ended them, which is then in the errors.
   bool run();
 
  private:

@@ -15,7 +15,7 @@ constexpr uintptr_t kHugePage = uintptr_t{2} << 20;
 }
 
 Blob::Blob(size_t size) : m_own(new uint8_t[size]), m_bytes(m_own.get(), size) {
-  // Large room is about to be filled from front to back: with fewer and larger pages that takes a fifth less.
+  // Filled from front to back: huge pages make that a fifth faster.
   const uintptr_t begin = (reinterpret_cast<uintptr_t>(m_own.get()) + kHugePage - 1) & ~(kHugePage - 1);
   const uintptr_t end = (reinterpret_cast<uintptr_t>(m_own.get()) + size) & ~(kHugePage - 1);
   if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);

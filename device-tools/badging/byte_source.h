@@ -13,7 +13,7 @@ class Blob {
   Blob() = default;
   /// Takes over a mapping made by mmap: `base` and `length` as mapped, `bytes` the part of it that is meant.
   Blob(void* base, size_t length, Bytes bytes) : m_base(base), m_length(length), m_bytes(bytes) {}
-  /// Room of its own; nothing of it is touched yet.
+  /// Own memory, not touched yet.
   explicit Blob(size_t size);
   Blob(Blob&& other) noexcept { swap(other); }
   Blob& operator=(Blob&& other) noexcept {
@@ -48,7 +48,7 @@ class ByteSource {
   virtual Blob map(uint64_t offset, size_t length) const = 0;
 };
 
-/// A file that is only ever read in the parts that are asked for: packages of a gigabyte are usual.
+/// A file of which only the requested parts are read: packages of a gigabyte are common.
 class FileSource final : public ByteSource {
  public:
   FileSource() = default;

@@ -7,8 +7,8 @@
 
 namespace orvanta::badging {
 
-/// A stretch of a package's memory. Every read is checked: what lies outside reads as zero, so that a file
-/// which lies about its sizes can make a value wrong but never touch anything else.
+/// A range of a package's memory. Reads are checked: outside the range they give zero, so that a file that
+/// lies about its sizes can make a value wrong but never touch other memory.
 class Bytes {
  public:
   Bytes() = default;

@@ -4,8 +4,7 @@
 
 namespace orvanta::badging {
 
-/// What manifests and resource tables consist of: a type, the size of its header and its own size, then the
-/// content.
+/// The unit of manifests and resource tables: a type, the header's size and its own size, then the content.
 constexpr size_t kChunkHeaderSize = 8;
 
 /// The chunk at `at`, cut to its size; empty when its sizes contradict each other or the data around it.

@@ -17,7 +17,7 @@ struct Family {
   std::initializer_list<std::string_view> parents;
 };
 
-/// To ask for a part is to ask for the whole.
+/// Asking for a sub-feature implies its parent.
 const Family kFamilies[] = {
     {"android.hardware.camera.autofocus", {"android.hardware.camera"}},
     {"android.hardware.camera.flash", {"android.hardware.camera"}},
@@ -42,7 +42,7 @@ struct Implication {
   int aboveTarget;  // holds for apps that target more; 0 for all
 };
 
-/// Apps from before a feature had a name asked for its permission only.
+/// Apps older than a feature's name asked only for its permission.
 constexpr Implication kImplications[] = {
     {"CAMERA", "camera", 0, 0},
     {"ACCESS_FINE_LOCATION", "location.gps", kLollipop, 0},
@@ -86,7 +86,7 @@ std::string targetReason(char order, int sdk) {
 
 }  // namespace
 
-/// Whether there is still room for a name: names are kept until the end, and can be long and many.
+/// Whether there is room for another name: all are kept until the end, and a hostile file has many.
 bool Features::keep(std::string_view name) {
   m_kept += name.size();
   return m_kept < kMostText;

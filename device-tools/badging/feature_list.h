@@ -11,8 +11,7 @@
 
 namespace orvanta::badging {
 
-/// The hardware and software that a package asks for: what its manifest says, and what follows from its
-/// permissions.
+/// The features that a package asks for: those in its manifest and those implied by its permissions.
 class Features {
  public:
   /// A feature that the manifest names outside any group.
@@ -27,7 +26,7 @@ class Features {
   /// What the screen orientation of an activity implies.
   void addOrientation(int32_t orientation);
 
-  /// Prints the groups, or where there is none the one group of everything, stated and implied.
+  /// Prints the groups, or without groups one of all features, stated and implied.
   void print(Output& output);
 
  private:

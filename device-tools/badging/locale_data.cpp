@@ -21,7 +21,7 @@ std::array<char, 10> makeKey(std::string_view language, std::string_view region,
   return key;
 }
 
-/// Finds a row of a sorted table of rows of one width by its first places; empty when there is none.
+/// Finds a row of a sorted table of fixed-width rows by its prefix; empty when there is none.
 std::string_view find(std::string_view table, size_t width, std::string_view key) {
   size_t low = 0;
   size_t high = table.size() / width;
@@ -125,8 +125,7 @@ bool isSameLanguage(const Locale& left, const Locale& right) {
 
 int compareRegions(std::string_view left, std::string_view right, const Locale& requested) {
   if (left == right) return 0;
-  // Apps put Latin American Spanish under Mexico or the United States where they have nothing for the whole
-  // of it.
+  // Apps without es-419 put Latin American Spanish under Mexico or the United States.
   const bool leftSpecial = isSpecialSpanish(requested.language, left);
   const bool rightSpecial = isSpecialSpanish(requested.language, right);
   if (leftSpecial && !rightSpecial && right != "419") {
@@ -145,8 +144,7 @@ int compareRegions(std::string_view left, std::string_view right, const Locale& 
   const bool leftRepresents = isRepresentative(requested, left);
   const bool rightRepresents = isRepresentative(requested, right);
   if (leftRepresents != rightRepresents) return leftRepresents ? 1 : -1;
-  // Nothing tells them apart but their codes. Letters come before digits, and digits go by the last one
-  // first.
+  // Only the codes are left to compare: letters before digits, digits from the last one on.
   const bool leftDigits = left.size() == 3;
   const bool rightDigits = right.size() == 3;
   if (leftDigits != rightDigits) return rightDigits ? 1 : -1;

@@ -1,5 +1,4 @@
-// A small stand-in for aapt: reads the badging of an app's package on the device itself, where the tool is
-// not at hand.
+// A small replacement for aapt, which devices do not have: prints the badging of a package on the device.
 
 #include <errno.h>
 #include <stdlib.h>

@@ -15,7 +15,7 @@ constexpr uint16_t kLastNode = 0x017f;
 constexpr size_t kNodeHeaderSize = 16;
 constexpr size_t kStartSize = 20;
 
-/// What a node must hold at least behind its header; nothing for a kind that is passed over.
+/// The least size of a node's body; nothing for a kind that is skipped.
 std::optional<size_t> leastContent(uint16_t type) {
   switch (type) {
     case 0x0100:
@@ -65,8 +65,7 @@ bool Manifest::isSound(Bytes node) const {
   return content.size() >= kStartSize && content.u16(8) + attributes <= content.size();
 }
 
-/// Goes to the first node at or behind `at` that is of a known kind; false at the end, and where the file is
-/// broken.
+/// Goes to the first node of a known kind from `at` on; false at the end, and where the file is broken.
 bool Manifest::placeNode(size_t at) {
   while (at < m_file.size()) {
     m_node = chunkAt(m_file, at, kNodeHeaderSize);

@@ -19,9 +19,8 @@ constexpr std::string_view kCorrupt = "attribute value is corrupt";
 constexpr std::string_view kNoTarget = "attribute value reference does not exist";
 constexpr std::string_view kNoAttribute = "could not find attribute at index";
 
-/// A binary manifest, read from front to back, and the attributes of the element that the walk stands on. An
-/// attribute that is absent gives the default; one that has no value of the wanted kind gives the default too
-/// and sets `error`.
+/// A binary manifest, read from front to back, and the attributes of the current element. A missing attribute
+/// gives the default; one whose value has the wrong kind gives the default and sets `error`.
 class Manifest {
  public:
   enum class Event { Start, End, Other, Done };
@@ -32,7 +31,7 @@ class Manifest {
   bool load(Bytes file);
 
   Event next();
-  /// Walks on to the end of the element that the walk stands on.
+  /// Skips to the end of the current element.
   void skipElement();
 
   uint32_t line() const { return m_node.u32(8); }

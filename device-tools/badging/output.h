@@ -23,7 +23,7 @@ class Output {
   Output& escaped(std::string_view text);
 
   void flush();
-  /// More was printed than any package has to say. What comes behind that is dropped.
+  /// More was printed than for any real package. The rest is dropped.
   bool isFull() const { return m_left == 0; }
   const std::string& text() const { return m_text; }
 

@@ -21,7 +21,7 @@ constexpr uint8_t kUsedInputFlags = 0x0f;
 constexpr uint8_t kUsedLayout2 = 0x03;
 constexpr uint8_t kUsedColorMode = 0x0f;
 
-/// Two letters as they are, or three packed into fifteen bits behind a top bit.
+/// Two letters as they are, or three packed into fifteen bits with the top bit set.
 std::string unpack(uint8_t first, uint8_t second, char base) {
   if (first & 0x80) {
     const auto letter = [base](int value) { return static_cast<char>(base + value); };
@@ -76,8 +76,7 @@ bool ResourceConfig::matches(const Request& request) const {
   if (locale.isAny()) return true;
   const Locale& requested = request.locale;
   if (!isSameLanguage(locale, requested)) return false;
-  // Whoever reads one script of a language may not read the other; where scripts are unknown, the region
-  // decides.
+  // A reader of one script may not read another; where scripts are unknown, the region decides.
   if (!requested.script.empty() && !locale.script.empty()) return locale.script == requested.script;
   return locale.region.empty() || locale.region == requested.region;
 }
@@ -85,8 +84,8 @@ bool ResourceConfig::matches(const Request& request) const {
 bool ResourceConfig::isLocaleBetterThan(const Locale& other, const Locale& requested) const {
   if (requested.isAny() || (locale.isAny() && other.isAny())) return false;
   if (!isSameLanguage(locale, other)) {
-    // One of them has no language. For American English that is the better one, unless the other is American
-    // too: most apps have it as their default.
+    // One of them has no language. That one is better for American English, the default language of most
+    // apps, unless the other is American too.
     if (requested.language == "en") {
       const auto isAmerican = [](std::string_view region) { return region.empty() || region == "US"; };
       const bool forUs = requested.region == "US";

@@ -7,14 +7,14 @@
 
 namespace orvanta::badging {
 
-/// What is asked for: badging looks at a package as a phone of a given locale and density would. The phone's
-/// other traits (portrait, 320 by 480 dp, normal size, any version) are fixed.
+/// The configuration that is asked for: a phone of a given locale and density. Its other traits (portrait,
+/// 320 by 480 dp, normal size, any version) are fixed.
 struct Request {
   Locale locale;
   uint16_t density = 0;
 };
 
-/// The conditions under which a package's resources apply, in so far as they can apply to a request at all.
+/// The conditions under which resources apply, as far as requests can meet them.
 struct ResourceConfig {
   Locale locale;
   uint16_t density = 0;

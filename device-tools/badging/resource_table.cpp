@@ -21,7 +21,7 @@ constexpr size_t kConfigOffset = 20;
 constexpr size_t kEntrySize = 8;
 constexpr size_t kLibrarySize = 260;
 constexpr size_t kPackageNameLength = 128;
-// Holds memory down; the largest real tables have a few thousand.
+// Bounds memory; the largest real tables have a few thousand.
 constexpr size_t kMostChunks = 16 * 1024;
 
 constexpr uint8_t kSparse = 0x01;
@@ -138,7 +138,7 @@ bool ResourceTable::loadLibraries(Bytes chunk, Package& package) {
   for (size_t i = 0; i < count; ++i) {
     const Bytes entry = chunk.sub(start + i * kLibrarySize, kLibrarySize);
     if (entry.u32(0) > UINT8_MAX) return false;
-    // There can be no more libraries than ids; what a file has beyond that is not kept.
+    // There are no more libraries than ids; anything beyond is dropped.
     if (i <= UINT8_MAX)
       package.libraries.emplace_back(packageName(entry.sub(4)), static_cast<uint8_t>(entry.u32(0)));
   }
@@ -196,7 +196,7 @@ std::vector<uint16_t> ResourceTable::densities() const {
   return densities;
 }
 
-/// Where an entry begins behind the chunk's table of offsets, in any of the table's forms.
+/// Where an entry begins after the chunk's table of offsets, in any of the table's forms.
 uint32_t ResourceTable::entryOffset(Bytes chunk, uint32_t entry) {
   const uint32_t count = chunk.u32(12);
   const uint8_t flags = chunk.u8(9);
@@ -273,7 +273,7 @@ bool ResourceTable::translateId(const Package& package, uint32_t& id) {
 }
 
 bool ResourceTable::translate(const Package& package, Value& value) {
-  // Libraries refer to what is their own by package 0.
+  // A library refers to its own resources by package 0.
   const bool own = value.type == Value::kReference && value.data >> 24 == 0;
   if (!own && value.type != Value::kDynamicReference && value.type != Value::kDynamicAttribute) return true;
   if (!translateId(package, value.data)) return false;

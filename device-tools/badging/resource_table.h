@@ -27,8 +27,8 @@ struct Value {
   bool isInteger() const { return type >= 0x10 && type <= 0x1f; }
 };
 
-/// A package's resource table: values under ids, each in as many versions as there are configurations. It
-/// keeps the places of the chunks only; the memory it was loaded from must outlive it.
+/// A package's resource table: values by id, each in one version per configuration. It only keeps the places
+/// of the chunks; the memory it was loaded from must outlive it.
 class ResourceTable {
  public:
   explicit ResourceTable(Work& work) : m_work(work), m_strings(work) {}
@@ -36,9 +36,8 @@ class ResourceTable {
   /// Reads the table's outline; false when the device would find it corrupt.
   bool load(Bytes table);
 
-  /// Follows references, through at most twenty steps, to the value that fits the request best. False when
-  /// there is nothing under one of them for this request; what cannot be followed for other reasons stays a
-  /// reference.
+  /// Follows references, at most twenty, to the value that fits the request best. False when one of them has
+  /// no value for this request; a reference that cannot be followed for another reason stays.
   bool resolve(Value& value, const Request& request);
 
   /// A string of the table.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint32_t kHeaderSize = 28;
 constexpr uint32_t kUtf8Flag = 0x100;
-constexpr uint32_t kLongest = 1 << 20;  // what is longer is no text that anybody reads
+constexpr uint32_t kLongest = 1 << 20;  // longer than any text for people
 constexpr int64_t kCost = 8;            // of a string, besides its length
 constexpr uint32_t kLongest8 = 0x7fff;
 
@@ -131,8 +131,8 @@ std::optional<std::string> StringPool::atUtf8(uint32_t offset) const {
   uint32_t at = offset;
   const uint32_t units = length8(m_strings, at);
   const uint32_t stated = length8(m_strings, at);
-  // Older packagers cut the lengths of long strings to 15 bits: the first length with these bits that ends in
-  // a NUL is the true one.
+  // Older packagers truncate the lengths of long strings to 15 bits: the first length with these low bits
+  // that ends in a NUL is the true one.
   size_t length = stated;
   while (at + length < m_poolLength && m_strings.u8(at + length) != 0) length += kLongest8 + 1;
   if (length > kLongest || at + length >= m_poolLength || !m_work.spend(kCost + static_cast<int64_t>(length)))

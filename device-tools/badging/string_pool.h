@@ -9,7 +9,7 @@
 
 namespace orvanta::badging {
 
-/// A chunk of strings, in UTF-8 or UTF-16, as in manifests and resource tables. Styles are passed over.
+/// A chunk of strings, in UTF-8 or UTF-16, as in manifests and resource tables. Styles are skipped.
 class StringPool {
  public:
   explicit StringPool(Work& work) : m_work(work) {}

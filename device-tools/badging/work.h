@@ -4,9 +4,9 @@
 
 namespace orvanta::badging {
 
-/// How much work one package may make. A small file can ask for thousands of labels in thousands of locales,
-/// each by a chain of references through thousands of configurations, and name a long string again and again;
-/// once the work is spent, nothing more is found in it. The largest real packages need less than a hundredth.
+/// The work budget for one package. A small file can have thousands of labels in thousands of locales, each
+/// behind a chain of references through thousands of configurations, and name a long string again and again;
+/// once the budget is spent, lookups find nothing more. Real packages need less than a hundredth of it.
 class Work {
  public:
   static constexpr int64_t kUnits = 200'000'000;

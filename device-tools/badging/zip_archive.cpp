@@ -19,12 +19,11 @@ constexpr size_t kDirectoryEntrySize = 46;
 constexpr size_t kEndSize = 22;
 constexpr uint16_t kHasDescriptor = 0x0008;
 constexpr uint16_t kStored = 0;
-// A zip bomb is to fill neither the device nor the desktop. The largest tables of real apps are less than
-// half of this.
+// Keeps a zip bomb from filling the memory. The largest real tables are less than half of this.
 constexpr uint32_t kLargestEntry = 32u << 20;
 constexpr uint32_t kLargestManifest = 4u << 20;
 
-/// Hands out stretches of a source from one buffer, for a walk from front to back.
+/// A buffered window on a source, for a walk from front to back.
 class Window {
  public:
   explicit Window(const ByteSource& source)
@@ -130,7 +129,7 @@ bool ZipArchive::walkDirectory() {
     if (text(name) == "resources.arsc") m_table = entry;
     at = next;
   }
-  // Two entries of one name are a way to show one program to the checker and another to the device.
+  // Two entries of one name can show one program to a checker and another to the device.
   std::sort(names.begin(), names.end());
   if (std::adjacent_find(names.begin(), names.end()) != names.end()) return false;
   return window.at(0, 4).u32(0) == kLocalSignature;

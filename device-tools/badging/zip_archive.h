@@ -7,8 +7,8 @@
 
 namespace orvanta::badging {
 
-/// A package as the zip archive that it is. Reads the end record, the central directory and the entries that
-/// are asked for, nothing else, and takes and refuses the same archives as the device's own reader.
+/// A package as a zip archive. Reads only the end record, the central directory and the requested entries,
+/// and accepts and refuses the same archives as the device's own reader.
 class ZipArchive {
  public:
   enum class Result {
@@ -20,7 +20,7 @@ class ZipArchive {
   explicit ZipArchive(const ByteSource& source) : m_source(source) {}
 
   /// Walks the whole central directory and keeps where the manifest and the resource table are.
-  /// False when this is no archive, or one that the device would refuse as a whole.
+  /// False when this is not an archive, or one that the device would refuse as a whole.
   bool open();
 
   Result manifest(Blob& content) const { return load(m_manifest, "AndroidManifest.xml", content); }

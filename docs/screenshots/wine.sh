@@ -1,6 +1,8 @@
 # shellcheck shell=bash
-# The program for Windows under Wine in the place of the one for this system: how it is started and where it keeps its
-# settings. The real adb and aapt work for it through a relay. Sourced by make.
+# The program for Windows under Wine instead of the one for this system: how it is started and where it keeps its
+# settings. It reaches the real adb and aapt through a relay. Sourced by make, which has the variables that are not
+# set here.
+# shellcheck disable=SC2154
 
 # shellcheck source=packaging/windows/wine.sh
 source "$project_root/packaging/windows/wine.sh"
@@ -26,7 +28,7 @@ start_wine() {
   start_wine_home
 }
 
-# The whole text behind the program's name is the path, as the file manager gives it: without quotes.
+# The whole text after the program's name is the path, as the file manager gives it: without quotes.
 start_orvanta() {
   local words=()
   (($# == 0)) || read -ra words <<<"Z:${1//\//\\}"

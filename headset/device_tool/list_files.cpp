@@ -163,7 +163,7 @@ int listFiles(int argc, char** argv) {
       options.foldersThemselves |= letter == 'd';
       options.human |= letter == 'h';
       if (std::strchr("aAlRdh1", letter) == nullptr) {
-        // A rarer wish: the shell's own program knows it.
+        // A rarer option: left to the shell's own ls.
         ::execv("/system/bin/busybox", argv);
       }
     }
@@ -174,8 +174,7 @@ int listFiles(int argc, char** argv) {
   std::vector<std::string> folders;
   for (const std::string& path : paths) {
     Item item;
-    // A link on the command line is followed unless it is shown in full, so that "ls /sdcard" shows what is
-    // in it.
+    // A link on the command line is followed except with -l, so that "ls /sdcard" lists its content.
     if (!look(path, path, !options.longLines || path.back() == '/', item)) {
       complain(path);
     } else if (S_ISDIR(item.info.st_mode) && !options.foldersThemselves) {

@@ -1,6 +1,6 @@
-// The commands of the headset's shell that its system services answer: pm, dumpsys, df and so on. Each is a
-// link to this program, which hands its arguments and its three standard handles to the headset and waits for
-// the exit code. Linked statically, since the headset's file tree has no libraries.
+// The shell commands that the headset's system services answer: pm, dumpsys, df and so on. Each is a link to
+// this program, which passes its arguments and standard handles to the headset and waits for the exit code.
+// It is static because the headset's file tree has no libraries.
 
 #include <sys/socket.h>
 #include <sys/un.h>

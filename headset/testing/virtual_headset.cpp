@@ -36,7 +36,7 @@ bool isFree(int port) {
   return free;
 }
 
-/// A port for an adb server: below the range out of which the kernel serves programs that ask for any port.
+/// A port for an adb server, below the kernel's range of ephemeral ports.
 int freeServerPort() {
   for (;;) {
     const int port = QRandomGenerator::global()->bounded(20000, 32000);
@@ -83,7 +83,7 @@ VirtualHeadset::VirtualHeadset() : m_serverPort(freeServerPort()) {
   setEnvironment("HOME", QFile::encodeName(m_dir.filePath(u"home"_s)));
   setEnvironment("ANDROID_ADB_SERVER_PORT", QByteArray::number(m_serverPort));
   setEnvironment("ANDROID_ADB_LOG_PATH", QFile::encodeName(m_dir.filePath(u"adb.log"_s)));
-  // Neither a headset on the developer's desk nor another test's: no USB, no network names, no port scan.
+  // No headset on the developer's desk and no other test's: no USB, no mDNS, no port scan.
   setEnvironment("ADB_USB", "0");
   setEnvironment("ADB_MDNS", "0");
   setEnvironment("ADB_LOCAL_TRANSPORT_MAX_PORT", "5553");
@@ -93,7 +93,7 @@ VirtualHeadset::VirtualHeadset() : m_serverPort(freeServerPort()) {
 
 VirtualHeadset::~VirtualHeadset() {
   end(m_headset);
-  adb({u"kill-server"_s});
+  if (!m_isFurther) adb({u"kill-server"_s});
   for (auto it = m_oldEnvironment.begin(); it != m_oldEnvironment.end(); ++it) {
     if (it.value().isNull()) {
       qunsetenv(it.key().constData());
@@ -135,7 +135,8 @@ QString VirtualHeadset::launch(QProcess& process, const QString& stateDir, QStri
 QString VirtualHeadset::start(const HeadsetOptions& options) {
   if (options.startAdbServer && adb({u"start-server"_s}).exitCode != 0)
     return u"the adb server did not start"_s;
-  QStringList arguments = {u"--own-adb-server"_s, u"--port"_s, QString::number(m_port)};
+  QStringList arguments = {u"--port"_s, QString::number(m_port)};
+  if (!m_isFurther) arguments << u"--own-adb-server"_s;
   if (options.apps > 0) arguments << u"--apps"_s << QString::number(options.apps);
   m_headset = std::make_unique<QProcess>();
   const QString problem = launch(*m_headset, m_dir.filePath(u"state"_s), arguments, &m_port);

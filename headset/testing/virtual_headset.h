@@ -38,12 +38,14 @@ struct HeadsetPackage {
   QMap<QString, bool> grants;
 };
 
-/// A headset with an adb server of its own, for one test. While it lives, the environment of this process
-/// points there (server port, HOME and the rest), so that every adb that the program under test starts finds
-/// this headset and nothing else. Both end with the object, and also if the test program crashes.
+/// A headset with its own adb server, for one test. While it exists, this process's environment points there
+/// (server port, HOME and so on), so that every adb that the program under test starts finds this headset and
+/// nothing else. Both end with the object, also if the test program crashes.
 class VirtualHeadset {
  public:
   VirtualHeadset();
+  /// A further headset, at an adb server that belongs to another one.
+  explicit VirtualHeadset(int adbServerPort) : m_serverPort(adbServerPort), m_isFurther(true) {}
   ~VirtualHeadset();
   VirtualHeadset(const VirtualHeadset&) = delete;
   VirtualHeadset& operator=(const VirtualHeadset&) = delete;
@@ -54,8 +56,7 @@ class VirtualHeadset {
   /// Ends the headset only; its state stays and start() brings it back on the same port.
   void stop();
 
-  /// Sets one line of the faults file, or takes it away. The headset heeds it within some hundredths of a
-  /// second.
+  /// Sets or removes one line of the faults file. It takes effect within some 40 ms.
   void setFault(const QString& key, const QString& value);
   void clearFault(const QString& key);
   void clearFaults();
@@ -98,6 +99,7 @@ class VirtualHeadset {
   QString m_serial;
   int m_port = 0;
   int m_serverPort = 0;
+  bool m_isFurther = false;
   QMap<QString, QString> m_faults;
   QMap<QByteArray, QByteArray> m_oldEnvironment;
   std::unique_ptr<QProcess> m_headset;

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# A run of Orvanta against the virtual headset that touches nothing of the user's: own home, own state folder,
-# own adb server. Sourced by the demo and by the screenshots.
+# A run of Orvanta against the virtual headset that does not touch the user's files: own home, own state folder, own
+# adb server. Sourced by the demo and by the screenshots.
 
 # shellcheck source=packaging/setup/setup.sh
 source "$(dirname "${BASH_SOURCE[0]}")/../setup/setup.sh"
@@ -13,8 +13,8 @@ declare -a started=()  # processes to end, in the order of their start
 declare -a at_end=()   # commands that end something else
 readonly demo_package=com.example.lighthouse
 
-# open_stage: makes the folder and turns the environment to it. Whatever happens, the end of the script ends what
-# the run has started and removes the folder.
+# open_stage: makes the folder and points the environment at it. However the script ends, it ends what the run has
+# started and removes the folder.
 open_stage() {
   stage=$(mktemp -d "${TMPDIR:-/tmp}/orvanta-demo.XXXXXX")
   trap close_stage EXIT
@@ -49,7 +49,7 @@ close_stage() {
   timeout 10 adb kill-server >/dev/null 2>&1
   for ((i = ${#started[@]} - 1; i >= 0; i--)); do end_process "${started[i]}"; done
   for command in "${at_end[@]}"; do "$command"; done
-  # The headset's folders are its own to write; some may come without the right to remove.
+  # Some of the headset's folders may lack the permission to remove them.
   chmod -R u+rwX "$stage" 2>/dev/null
   rm -rf "$stage"
   exit "$code"
@@ -74,7 +74,7 @@ free_port() {
   echo "$port"
 }
 
-# wait_for SECONDS WHAT COMMAND...: until the command succeeds. Fails in plain words when it does not.
+# wait_for SECONDS WHAT COMMAND...: waits until the command succeeds; fails with a plain message if it does not.
 wait_for() {
   local seconds=$1 what=$2 end
   shift 2

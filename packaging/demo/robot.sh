@@ -1,7 +1,6 @@
 # shellcheck shell=bash
-# A user made of ready tools: a virtual display with a window manager, eyes, keyboard and mouse. It knows windows by
-# their titles and what is in them by its colours, so that it needs no coordinates that a change of layout would
-# turn wrong. It is sourced.
+# A user made of ready tools: a virtual display with a window manager, eyes, keyboard and mouse. It finds windows by
+# their titles and controls by their colours, so that a change of layout does not break it. To be sourced.
 
 # shellcheck source=packaging/demo/headset.sh
 source "$(dirname "${BASH_SOURCE[0]}")/headset.sh"
@@ -22,7 +21,7 @@ start_display() {
   openbox >"$stage/openbox.log" 2>&1 &
   started+=("$!")
   wait_for 20 "the window manager" has_window_manager
-  # Out of the way, so that no button looks as if the pointer were on it.
+  # Moves the pointer away, so that no button looks hovered.
   xdotool mousemove 0 0
 }
 

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What the scripts share: plain words, the Debian packages, the build. It is sourced, not run.
+# What the scripts share: messages, the Debian packages, the build. To be sourced, not run.
 
 set -euo pipefail
 
@@ -8,10 +8,11 @@ readonly project_root
 
 # The one list of Debian packages. Ubuntu has the same names.
 declare -rA debian_packages=(
-  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qcoro-qt6-dev libzip-dev zlib1g-dev adb aapt fonts-noto-cjk"
+  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qcoro-qt6-dev libzip-dev libssl-dev zlib1g-dev adb aapt fonts-noto-cjk"
   [device-tool]="g++-aarch64-linux-gnu binutils-source xz-utils"
   [headset]="bubblewrap busybox-static android-framework-res qemu-user-static"
   [test]="desktop-file-utils libglib2.0-bin"
+  [lint]="git clang-format-14 clang-tidy-14 shellcheck codespell libbenchmark-dev"
   [virtual-display]="xvfb openbox xdotool x11-utils xclip imagemagick"
   [pictures]="optipng"
   [windows]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev xz-utils wine64"
@@ -78,8 +79,12 @@ build() {
   local preset=$1 log launcher="" targets=()
   shift
   (($# == 0)) || targets=(--target "$@")
-  command -v ccache >/dev/null && launcher=ccache
-  # What was found in an older kit would stay.
+  if command -v ccache >/dev/null; then
+    launcher=ccache
+    # Otherwise it would not cache what was compiled with a precompiled header.
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS-pch_defines,time_macros}
+  fi
+  # Otherwise paths into an older kit would stay.
   local found=$project_root/build/$preset/CMakeCache.txt
   if [[ $preset == windows && -e $found ]] && ! grep -qxF "ORVANTA_WINDOWS_KIT:PATH=$ORVANTA_WINDOWS_KIT" "$found"; then
     rm "$found"

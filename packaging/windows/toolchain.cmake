@@ -10,7 +10,7 @@ set(ORVANTA_WINDOWS_KIT "$ENV{ORVANTA_WINDOWS_KIT}" CACHE PATH "Folder of the li
 # Trial compilations of CMake read this file again and must find the same kit.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ORVANTA_WINDOWS_KIT)
 
-# What is set here wins over -D, so the kit must stand in this list.
+# What is set here wins over -D, so the kit must be in this list.
 set(CMAKE_FIND_ROOT_PATH "${ORVANTA_WINDOWS_KIT}" /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
@@ -22,7 +22,7 @@ set(QT_HOST_PATH /usr CACHE PATH "Where the code generators of Qt are installed"
 set(QT_HOST_PATH_CMAKE_DIR "/usr/lib/${CMAKE_HOST_SYSTEM_PROCESSOR}-linux-gnu/cmake" CACHE PATH
     "Where the code generators of Qt are described")
 
-# One file: this library would else be found as a DLL, and the compiler's own libraries belong inside.
+# One file: otherwise this library would be found as a DLL, and the compiler's own libraries would be missing.
 set(ZLIB_LIBRARY /usr/x86_64-w64-mingw32/lib/libz.a CACHE FILEPATH "The library itself, no way to a DLL")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--gc-sections")
 set(CMAKE_C_FLAGS_INIT "-ffunction-sections -fdata-sections")

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Wine in a home of its own, beside whatever the user has. It is sourced, not run.
+# Wine in its own home, apart from the user's. To be sourced; other variables belong to the sourcing script.
+# shellcheck disable=SC2154,SC2034
 
 wine_home=""  # the folder; set it before anything else
 
@@ -32,7 +33,7 @@ start_wine_home() {
   in_wine wineboot --init >"$stage/wine.log" 2>&1
 }
 
-# Ends whatever runs under it, Wine's own services too.
+# Ends everything that runs in it, including Wine's services.
 end_wine_home() {
   local server=${wine%64}server64
   WINEPREFIX=$wine_home "$server" --kill

@@ -1,5 +1,9 @@
 #include "apk/badging.h"
 
+#include <QList>
+
+#include "adb/host.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -10,7 +14,7 @@ constexpr int headTrackingField = 5;
 constexpr int iconField = 9;
 constexpr int firstPermissionField = 11;
 
-/// A value is cut of blanks only; line ends and other white space are part of it.
+/// Only blanks are trimmed from a value; line ends and other white space are part of it.
 QStringView withoutBlanks(QStringView text) {
   while (text.startsWith(u' ')) text = text.sliced(1);
   while (text.endsWith(u' ')) text.chop(1);
@@ -44,6 +48,15 @@ void readBadging(const QString& output, std::array<QString, 51>& fields, int& pe
       if (hasValue && field < fields.size()) fields[field] = value.toString();
     }
   }
+}
+
+QString firstWords(const QString& output) {
+  constexpr qsizetype most = 300;
+  for (const QStringView part : QStringView(output).tokenize(u'\n')) {
+    const QStringView line = part.trimmed();
+    if (!line.isEmpty()) return line.left(most).toString();
+  }
+  return {};
 }
 
 }  // namespace orvanta

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-#include "core/tools.h"
+#include "core/paths.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +23,7 @@ QString iconFileName(const QString& entry) {
   const QString name = BaseName(entry, HostStyle::windows());
   // A colon is a drive or a hidden stream of a file on Windows.
   const bool leadsAway = name == u"."_s || name == u".."_s || name.contains(u':') || name.contains(QChar(0));
-  // To Windows such a name is a port or a printer, whatever its ending.
+  // Windows takes such a name for a port or a printer, whatever its ending.
   static const QRegularExpression device(u"^\\s*(con|prn|aux|nul|com\\d|lpt\\d)\\s*(\\.|$)"_s,
                                          QRegularExpression::CaseInsensitiveOption);
   return leadsAway || device.match(name).hasMatch() ? QString() : name;

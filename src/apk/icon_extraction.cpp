@@ -2,13 +2,13 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <optional>
 
 #include "apk/icon_entries.h"
 #include "apk/icon_picture.h"
 #include "apk/package_archive.h"
-#include "core/main_window.h"
-#include "core/tools.h"
-#include "platform/file_moves.h"
+#include "core/paths.h"
+#include "core/state.h"
 #include "platform/store_paths.h"
 
 using namespace Qt::StringLiterals;
@@ -19,16 +19,18 @@ namespace {
 
 constexpr qsizetype mostIconBytes = 16 * 1024 * 1024;
 
-/// Only a file is renamed, and only within its folder: of a name of less than three characters the new ending
-/// would eat the folder's.
-bool takeZipName(const QString& apkPath, const QString& zipPath) {
+/// Renames files only, and only within their folder: with a name shorter than three characters the new ending
+/// would overwrite part of the folder's.
+bool takeZipName(LoadedPackage& package) {
+  const QString& apkPath = package.ApkPath;
+  const QString& zipPath = package.TempZipPath;
   return ParentPath(apkPath) == ParentPath(zipPath) && QFileInfo(apkPath).isFile() &&
-         renameNoReplace(apkPath, zipPath);
+         package.packageName.take(apkPath, zipPath);
 }
 
-/// Puts the entry into a file that was not there before. A file of that name, whosever it is, is left alone.
-bool extract(const QString& zipPath, const QString& entry, const QString& target) {
-  const auto content = readArchiveEntry(zipPath, entry, mostIconBytes);
+/// Writes the entry to a new file. An existing file of that name is left alone.
+bool extract(const PackageArchive& archive, const QString& entry, const QString& target) {
+  const auto content = archive.read(entry, mostIconBytes);
   if (!content) return false;
   QFile file(target);
   if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
@@ -39,29 +41,36 @@ bool extract(const QString& zipPath, const QString& entry, const QString& target
 
 }  // namespace
 
-QCoro::Task<> showIcon(apkinfo& form) {
-  const QString folder = makeIconFolder();
-  form.TempZipPath = temporaryZipPath(form.ApkPath);
+QCoro::Task<> showIcon(LoadedPackage& package, PictureBox* picture) {
+  const QStringList entries = iconEntries(package.ManifestFields[FieldIcon]);
+  QStringList names;
+  for (const QString& entry : entries) names << iconFileName(entry);
+  const IconFolder iconFolder(names);
+  const QString folder = iconFolder.path();
+  package.TempZipPath = temporaryZipPath(package.ApkPath);
+  std::optional<PackageArchive> archive;
   bool renamed = false;
   bool extracted = false;
-  for (const QString& entry : iconEntries(form.ManifestFields[9])) {
-    // A package that bears the other name already needs no rename.
-    renamed = renamed || form.TempZipPath == form.ApkPath || takeZipName(form.ApkPath, form.TempZipPath);
-    form.ManifestFields[9] = entry;
+  for (const QString& entry : entries) {
+    // A package that already ends in "zip" needs no rename.
+    renamed = renamed || package.TempZipPath == package.ApkPath || takeZipName(package);
+    package.ManifestFields[FieldIcon] = entry;
     const QString name = iconFileName(entry);
-    form.IconFilePath = folder + HostStyle::native().separator + name;
-    // Under the other name may lie somebody else's archive; its icon would be a lie.
-    extracted = renamed && !folder.isEmpty() && !name.isEmpty() &&
-                extract(form.TempZipPath, entry, form.IconFilePath);
+    package.IconFilePath = folder + HostStyle::native().separator + name;
+    // Without the rename, the file of that name is another archive with another icon.
+    if (renamed && !archive) archive.emplace(package.TempZipPath);
+    extracted =
+        archive && !folder.isEmpty() && !name.isEmpty() && extract(*archive, entry, package.IconFilePath);
     if (extracted) break;
   }
-  if (renamed && form.TempZipPath != form.ApkPath)
-    form.RenameBackDue = !renameNoReplace(form.TempZipPath, form.ApkPath);
+  // Some systems refuse to rename an open file.
+  archive.reset();
+  if (renamed && package.TempZipPath != package.ApkPath)
+    package.RenameBackDue = !package.packageName.giveBack();
   if (extracted) {
-    ShowPicture(form.IconFilePath, form.Picture1);
-    QFile::remove(form.IconFilePath);
+    ShowPicture(package.IconFilePath, picture);
+    QFile::remove(package.IconFilePath);
   }
-  leaveIconFolder(folder);
   co_return;
 }
 

@@ -4,14 +4,15 @@
 
 namespace orvanta {
 
-class apkinfo;
+class PictureBox;
+struct LoadedPackage;
 
-/// Takes the icon out of the loaded package and shows it in `Picture1`; the box stays empty where there is
-/// none.
+/// Takes the icon out of the loaded package and shows it in `picture`; the box stays empty if there is no
+/// icon.
 ///
-/// While it is read the package bears a name that ends in "zip". Afterwards it gets back the very name that
-/// it had; where that cannot be done, `RenameBackDue` arms the device watcher to try again. A package that
-/// could not be renamed is not read, and a file that has the other name already keeps its own.
-QCoro::Task<> showIcon(apkinfo& form);
+/// While the icon is read the package has a name that ends in "zip". Afterwards it gets its exact old name
+/// back; if that fails, `RenameBackDue` makes the device watcher try again. A package that could not be
+/// renamed is not read, and an existing file of the other name is left alone.
+QCoro::Task<> showIcon(LoadedPackage& package, PictureBox* picture);
 
 }  // namespace orvanta

@@ -1,7 +1,7 @@
 #include "apk/obb_discovery.h"
 
-#include "core/main_window.h"
-#include "core/tools.h"
+#include "core/paths.h"
+#include "core/workbench.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,9 +15,10 @@ bool endsInObb(const QString& name) {
   return name.endsWith("obb"_L1, Qt::CaseInsensitive);
 }
 
-void FindObbFiles(apkinfo& form) {
-  const QString ApkFolder = ParentPath(form.ApkPath);
-  const QString packageFolder = ApkFolder + HostStyle::native().separator + form.Label2->Caption();
+void FindObbFiles(Workbench& bench) {
+  const QString ApkFolder = ParentPath(bench.state.package.ApkPath);
+  const QString package = bench.state.package.package();
+  const QString packageFolder = ApkFolder + HostStyle::native().separator + package;
   // A package given by its bare name has no folder to look beside; the doubled separator would mean the root.
   const bool ownFolder = !ApkFolder.isEmpty() && FolderExists(packageFolder);
   QStringList ObbCandidates;
@@ -26,16 +27,13 @@ void FindObbFiles(apkinfo& form) {
   }
   if (ObbCandidates.size() > mostCandidates) return;
   if (ownFolder) {
-    form.desktop().Beep();
-    for (Button* button : {form.Command1, form.Command2, form.Command3, form.Command4, form.Command5,
-                           form.Command6, form.Command11, form.Command12}) {
-      button->setEnabled(true);
-    }
+    bench.desktop.Beep();
+    // Without a package name there is nothing to uninstall.
+    if (!package.isEmpty()) bench.state.setMayUninstall(true);
   }
   if (ObbCandidates.isEmpty()) return;
-  form.say(u"Found OBB Files: "_s);
-  for (const QString& name : ObbCandidates) form.txtOutputs->append(name + u"\r\n"_s);
-  form.txtOutputs->moveToEnd();
+  bench.say(u"Found OBB Files: "_s);
+  for (const QString& name : ObbCandidates) bench.console.append(name + u"\r\n"_s);
 }
 
 }  // namespace orvanta

@@ -10,10 +10,6 @@ namespace orvanta {
 
 namespace {
 
-struct CloseArchive {
-  void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-
 struct CloseEntry {
   void operator()(zip_file_t* entry) const { zip_fclose(entry); }
 };
@@ -28,20 +24,25 @@ std::optional<zip_uint64_t> find(zip_t* archive, const QString& name) {
 
 }  // namespace
 
-std::optional<QByteArray> readArchiveEntry(const QString& path, const QString& name, qsizetype mostBytes) {
-  // Opening something else than a file, a pipe say, could wait for ever.
-  if (!QFileInfo(path).isFile()) return std::nullopt;
-  const std::unique_ptr<zip_t, CloseArchive> archive(
-      zip_open(path.toUtf8().constData(), ZIP_RDONLY, nullptr));
-  if (!archive) return std::nullopt;
-  const auto index = find(archive.get(), name);
+PackageArchive::PackageArchive(const QString& path) {
+  // Opening anything but a file, such as a pipe, could block for ever.
+  if (QFileInfo(path).isFile()) m_archive.reset(zip_open(path.toUtf8().constData(), ZIP_RDONLY, nullptr));
+}
+
+void PackageArchive::Close::operator()(zip* archive) const {
+  zip_discard(archive);
+}
+
+std::optional<QByteArray> PackageArchive::read(const QString& name, qsizetype mostBytes) const {
+  if (!m_archive) return std::nullopt;
+  const auto index = find(m_archive.get(), name);
   if (!index) return std::nullopt;
-  const std::unique_ptr<zip_file_t, CloseEntry> entry(zip_fopen_index(archive.get(), *index, 0));
+  const std::unique_ptr<zip_file_t, CloseEntry> entry(zip_fopen_index(m_archive.get(), *index, 0));
   if (!entry) return std::nullopt;
 
   QByteArray content;
   std::array<char, 65536> piece;
-  // The end is read for as well: only there libzip finds that a checksum does not fit.
+  // Reads past the end: only there does libzip report a wrong checksum.
   for (;;) {
     const zip_int64_t count = zip_fread(entry.get(), piece.data(), piece.size());
     if (count < 0) return std::nullopt;

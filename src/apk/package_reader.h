@@ -4,9 +4,10 @@
 
 namespace orvanta {
 
-class apkinfo;
+class Workbench;
 
-/// Runs `aapt` on the loaded package and keeps what it says in the main window's state.
-QCoro::Task<> readPackage(apkinfo& form);
+/// Runs `aapt` on the loaded package and stores the result in the state. The console reports a file that is
+/// not a package.
+QCoro::Task<> readPackage(Workbench& bench);
 
 }  // namespace orvanta

@@ -1,37 +1,82 @@
 #include "app/application.h"
 
+#include <QApplication>
+#include <QSessionManager>
+
 #include "apk/icon_extraction.h"
 #include "apk/package_reader.h"
+#include "app/set_right.h"
+#include "core/busy_tools.h"
 #include "desktop/file_manager_entry.h"
 #include "desktop/first_run.h"
 #include "desktop/tip.h"
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
+#include "platform/command_text.h"
+#include "platform/usb_devices.h"
 
 namespace orvanta {
 
 Application::Application(Desktop& desktop, std::function<void()> endProcess)
-    : m_apkinfo({desktop, m_settings, m_module, std::move(endProcess)}),
+    : m_bench(desktop),
+      m_apkinfo({m_bench, m_settings,
+                 [this, endProcess = std::move(endProcess)] {
+                   // Not before: the closing steps can end the very adb server that the next one needs.
+                   if (m_startsAnew) startAgain(m_bench.state.package.ApkPath);
+                   endProcess();
+                 }}),
       m_Form2(&m_apkinfo),
-      m_watcher(m_apkinfo),
-      m_install(m_apkinfo),
-      m_uninstall(m_apkinfo),
-      m_Form1(m_apkinfo),
-      m_devicePanel(m_apkinfo),
-      m_adbRow(m_apkinfo),
-      m_installedApps(m_apkinfo),
-      m_operations(m_apkinfo, m_installedApps.window()),
-      m_permissionManager(m_apkinfo, m_installedApps.window()) {
-  QObject::connect(m_apkinfo.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
-  // While the main window is not on the screen, a tool that takes long shows on the splash.
-  Turn& turn = m_apkinfo.turn();
-  QObject::connect(&turn, &Turn::toolStarted, m_Form9.busyStrip, &BusyStrip::begin);
-  QObject::connect(&turn, &Turn::toolEnded, m_Form9.busyStrip, &BusyStrip::pause);
-  QObject::connect(&turn, &Turn::ended, m_Form9.busyStrip, &BusyStrip::end);
-  QObject::connect(m_Form9.busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
+      m_watcher(m_bench, [this] { return QApplication::activeWindow() == &m_apkinfo; }),
+      m_chooser(
+          m_bench, m_settings, [this] { m_watcher.lookAnew(); }, &m_apkinfo),
+      m_remedies(m_bench,
+                 {[this] { m_watcher.lookAnew(); }, [this] { m_chooser.choose(); }, [this] { startAnew(); }}),
+      m_doctor(
+          m_bench, [this](ConnectionAction action) { m_remedies.carryOut(action); },
+          [] { return isDebuggablePluggedIn(); }),
+      m_install(m_bench, &m_apkinfo),
+      m_uninstall(m_bench),
+      m_Form1(m_bench.state, &m_apkinfo),
+      m_devicePanel(m_bench, m_apkinfo),
+      m_adbRow(m_bench, m_apkinfo),
+      m_installedApps(m_bench, m_apkinfo),
+      m_operations(m_bench, m_installedApps.window()),
+      m_permissionManager(m_bench, m_installedApps.window()) {
+  connectButtons();
+  // Until the main window is shown, the splash shows a tool that takes long.
+  showTools(m_bench.turn, m_Form9.busyStrip);
+}
+
+void Application::connectButtons() {
+  const apkinfo& form = m_apkinfo;
+  QObject::connect(form.Command1, &QPushButton::clicked, &m_install, &InstallWorkflow::Command1_Click);
+  QObject::connect(form.Command2, &QPushButton::clicked, &m_Form1, &Form1::Command2_Click);
+  QObject::connect(form.Command4, &QPushButton::clicked, &m_uninstall, &UninstallWorkflow::Command4_Click);
+  QObject::connect(form.Command5, &QPushButton::clicked, &m_uninstall, &UninstallWorkflow::Command5_Click);
+  QObject::connect(form.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
+  QObject::connect(form.Command9, &QPushButton::clicked, &m_installedApps, &InstalledApps::Command9_Click);
+  QObject::connect(form.Timer3, &QTimer::timeout, &m_watcher, &DeviceWatcher::Timer3_Timer);
+  QObject::connect(&m_watcher, &DeviceWatcher::seen, &m_doctor, &ConnectionDoctor::consider);
 }
 
 Application::~Application() = default;
+
+void Application::startAnew() {
+  m_startsAnew = true;
+  m_apkinfo.close();
+}
+
+void Application::endWithTheSession() {
+  m_endRequests = EndRequests::create();
+  QObject::connect(m_endRequests.get(), &EndRequests::asked, &m_apkinfo, &apkinfo::endInOrder);
+  // A session manager would restart the program with arguments of its own, which would be taken for a path.
+  QObject::connect(
+      qApp, &QGuiApplication::saveStateRequest, &m_apkinfo,
+      [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); },
+      Qt::DirectConnection);
+  QObject::connect(qApp, &QGuiApplication::commitDataRequest, &m_apkinfo, &apkinfo::endInOrder,
+                   Qt::DirectConnection);
+}
 
 void Application::start(const QString& commandText) {
   m_Form9.Form_Load(commandText, [this, commandText] { showMainWindow(commandText); });
@@ -49,6 +94,10 @@ void Application::Command8_Click() {
   m_Form2.showModal();
 }
 
+QStringList Application::setRight(QString& commandText) {
+  return settleWhatIsLeft(commandText);
+}
+
 QCoro::Task<> Application::showTip() {
   Form7 tip(m_settings);
   co_await tip.showModal();
@@ -56,24 +105,24 @@ QCoro::Task<> Application::showTip() {
 
 QCoro::Task<> Application::runFirstRunDialog() {
   const auto entry = FileManagerEntry::create();
-  co_await FirstRun(m_apkinfo, *entry);
+  co_await FirstRun({m_bench.desktop, m_settings, [this] { m_apkinfo.QuitProgram(); }}, *entry);
 }
 
 QCoro::Task<> Application::readBadging() {
-  return readPackage(m_apkinfo);
+  return readPackage(m_bench);
 }
 
 QCoro::Task<> Application::StorageReport() {
-  return orvanta::StorageReport(m_apkinfo, *m_apkinfo.objDOS);
+  return orvanta::StorageReport(m_bench, m_bench.objDOS);
 }
 
 QCoro::Task<> Application::showIcon() {
-  return orvanta::showIcon(m_apkinfo);
+  return orvanta::showIcon(m_bench.state.package, m_apkinfo.Picture1);
 }
 
 QCoro::Task<> Application::showInstalledBuild() {
-  const bool listFiles = co_await showInstalledBuildAtStart(m_apkinfo);
-  if (listFiles) FindObbFiles(m_apkinfo);
+  const bool listFiles = co_await showInstalledBuildAtStart(m_bench);
+  if (listFiles) FindObbFiles(m_bench);
 }
 
 }  // namespace orvanta

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "apk/obb_discovery.h"
+#include "core/help_window.h"
 #include "core/main_window.h"
-#include "core/module1.h"
 #include "core/settings_store.h"
 #include "core/splash.h"
 #include "device/adb_row.h"
@@ -13,10 +13,14 @@
 #include "install/install_workflow.h"
 #include "install/uninstall_workflow.h"
 #include "inventory/installed_apps.h"
+#include "monitor/connection_doctor.h"
+#include "monitor/device_chooser.h"
 #include "monitor/device_watcher.h"
+#include "monitor/remedies.h"
 #include "operations/app_operations.h"
 #include "permissions/manifest_permissions.h"
 #include "permissions/permission_manager.h"
+#include "platform/end_requests.h"
 
 namespace orvanta {
 
@@ -27,19 +31,26 @@ class Application : private StartupSteps {
   Application(Desktop& desktop, std::function<void()> endProcess);
   ~Application() override;
 
-  /// Starts with the raw text behind the program's name: a package's path, or nothing.
+  /// From now on the program closes in order when the system or the desktop session asks it to end.
+  void endWithTheSession();
+  /// Starts with the raw text after the program's name: the path of a package, or nothing.
   void start(const QString& commandText);
 
+  Workbench& bench() { return m_bench; }
   apkinfo& mainWindow() { return m_apkinfo; }
   InstallWorkflow& install() { return m_install; }
   InstalledApps& installedApps() { return m_installedApps; }
   DeviceWatcher& watcher() { return m_watcher; }
+  DeviceChooser& deviceChooser() { return m_chooser; }
   Form9& splash() { return m_Form9; }
 
  private:
   QCoro::Task<> showMainWindow(QString commandText);
+  void connectButtons();
+  void startAnew();
   void Command8_Click();
 
+  QStringList setRight(QString& commandText) override;
   QCoro::Task<> showTip() override;
   QCoro::Task<> runFirstRunDialog() override;
   QCoro::Task<> readBadging() override;
@@ -47,12 +58,17 @@ class Application : private StartupSteps {
   QCoro::Task<> showIcon() override;
   QCoro::Task<> showInstalledBuild() override;
 
+  std::unique_ptr<EndRequests> m_endRequests;
+  bool m_startsAnew = false;
   SettingsStore m_settings;
-  Module1 m_module;
+  Workbench m_bench;
   Form9 m_Form9;
   apkinfo m_apkinfo;
   Form2 m_Form2;
   DeviceWatcher m_watcher;
+  DeviceChooser m_chooser;
+  Remedies m_remedies;
+  ConnectionDoctor m_doctor;
   InstallWorkflow m_install;
   UninstallWorkflow m_uninstall;
   Form1 m_Form1;
@@ -60,7 +76,7 @@ class Application : private StartupSteps {
   AdbRow m_adbRow;
   InstalledApps m_installedApps;
   AppOperations m_operations;
-  // Its window is a child of the list's, and goes first.
+  // Its window is a child of the list's, so it is destroyed first.
   PermissionManager m_permissionManager;
 };
 

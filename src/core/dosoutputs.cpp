@@ -1,12 +1,13 @@
 #include "core/dosoutputs.h"
 
 #include <QFileInfo>
-#include <QStringDecoder>
+#include <QPointer>
 
 #include "core/turn.h"
+#include "core/utf8_stream.h"
+#include "platform/awaited.h"
 #include "platform/child_process.h"
 #include "platform/command_line.h"
-#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,20 +15,38 @@ namespace orvanta {
 
 namespace {
 
-/// UTF-8 whose characters may be cut by block boundaries; what is no UTF-8 becomes U+FFFD.
-class StreamDecoder : public QStringDecoder {
- public:
-  // A byte order mark is a character like any other here: the text is handed on as the tool wrote it.
-  StreamDecoder() : QStringDecoder(Utf8, Flag::ConvertInitialBom) {}
-
-  /// A character that the end of the stream has cut off.
-  QString rest() const { return state.remainingChars > 0 ? QString(QChar::ReplacementCharacter) : QString(); }
-};
-
 QString toolName(const QString& commandLine) {
   const QStringList words = splitCommandLine(commandLine);
   return words.isEmpty() ? QString() : QFileInfo(words.constFirst()).completeBaseName();
 }
+
+/// One run of a tool, and what is kept of its output.
+struct Run {
+  explicit Run(const OutputBound& ofRun) : bound(ofRun) {}
+
+  void stop() {
+    stopped = true;
+    child->kill();
+  }
+  bool printedTooMuch() const { return bound.endsTool && printed > bound.bytes; }
+
+  /// The text of the next bytes. Empty after a stop: the console must not continue below the note that the
+  /// tool was stopped.
+  QString take(const QByteArray& bytes) {
+    if (stopped) return {};
+    printed += bytes.size();
+    if (!printedTooMuch()) return stream.decode(bytes);
+    stop();
+    return {};
+  }
+  QString rest() const { return stopped ? QString() : stream.rest(); }
+
+  std::unique_ptr<ChildProcess> child = ChildProcess::create();
+  OutputBound bound;
+  Utf8Stream stream;
+  qint64 printed = 0;
+  bool stopped = false;
+};
 
 }  // namespace
 
@@ -35,6 +54,8 @@ DOSOutputs::DOSOutputs(CommandReports& reports, Turn* turn, QObject* parent)
     : QObject(parent), m_reports(reports), m_turn(turn) {}
 
 QCoro::Task<QString> DOSOutputs::ExecuteCommand(QString commandLine) {
+  m_answered = false;
+  m_startError.reset();
   if (m_turn != nullptr && m_turn->stopped()) co_return QString();
   if (!commandLine.isEmpty()) m_commandLine = commandLine;
   if (m_commandLine.isEmpty()) {
@@ -42,40 +63,64 @@ QCoro::Task<QString> DOSOutputs::ExecuteCommand(QString commandLine) {
     co_return QString();
   }
 
-  const std::unique_ptr<ChildProcess> child = ChildProcess::create();
-  const auto failure = child->start(m_commandLine);
-  if (failure && failure->step == ChildProcess::StartFailure::Step::Pipe) {
-    co_await m_reports.criticalMessage(u"CreatePipe failed. Error: "_s + QString::number(failure->error));
-    co_return QString();
-  }
-  if (failure) {
-    const QString line = m_commandLine;
-    m_reports.commandError(line);
-    co_await m_reports.criticalMessage(u" File or command not found\r\n"_s + line);
+  Run run(m_bound);
+  const QString tool = toolName(m_commandLine);
+  if (const auto failure = run.child->start(m_commandLine)) {
+    QString text = u" File or command not found\r\n"_s + m_commandLine;
+    if (failure->step == ChildProcess::StartFailure::Step::Pipe) {
+      text = u"CreatePipe failed. Error: "_s + QString::number(failure->error);
+    } else {
+      m_startError = failure->error;
+    }
+    co_await m_reports.startFailed(tool, m_commandLine, text);
     co_return QString();
   }
 
+  m_reports.toolStarted(tool);
   m_outputs.clear();
-  StreamDecoder decoder;
-  const auto receive = [this](const QString& text) {
-    m_outputs += text;
-    Q_EMIT ReceiveOutputs(text);
-  };
-  connect(child.get(), &ChildProcess::block, this,
-          [&decoder, &receive](const QByteArray& bytes) { receive(decoder.decode(bytes)); });
-  connect(this, &DOSOutputs::stopAsked, child.get(), &ChildProcess::kill);
-  if (m_turn != nullptr) {
-    connect(m_turn, &Turn::stopRequested, child.get(), &ChildProcess::kill);
-    m_turn->noteToolStarted(toolName(m_commandLine));
+  m_running = run.child.get();
+  connect(run.child.get(), &ChildProcess::block, this,
+          [this, &run](const QByteArray& bytes) { receive(run.take(bytes), run.bound); });
+  // A listener may delete the runner.
+  const QPointer<DOSOutputs> runner(this);
+  connect(this, &QObject::destroyed, run.child.get(), [&run] { run.stop(); });
+  const QPointer<Turn> turn(m_turn);
+  if (turn != nullptr) {
+    connect(turn, &Turn::stopRequested, run.child.get(), [&run] { run.stop(); });
+    turn->noteToolStarted(tool);
   }
-  co_await Emitted(child.get(), &ChildProcess::finished);
-  if (m_turn != nullptr) m_turn->noteToolEnded();
-  const QString rest = decoder.rest();
-  if (!rest.isEmpty()) receive(rest);
-  receive(QString());
-  // A copy: a task moves what it is given, and the stored output stays.
+  co_await Emitted(run.child.get(), &ChildProcess::finished);
+  if (runner != nullptr) m_running = nullptr;
+  if (turn != nullptr) turn->noteToolEnded();
+  if (runner != nullptr) receive(run.rest(), run.bound);
+  if (runner != nullptr) Q_EMIT ReceiveOutputs(QString());
+  if (runner == nullptr) co_return QString();
+  m_answered = !run.stopped;
+  noteLength(run.printedTooMuch(), tool);
+  // A copy, since a task moves what it is given and the stored output must stay.
   const QString text = m_outputs;
   co_return text;
+}
+
+std::optional<qint64> DOSOutputs::bytesRead() const {
+  return m_running != nullptr ? m_running->bytesRead() : std::nullopt;
+}
+
+void DOSOutputs::receive(const QString& text, const OutputBound& bound) {
+  if (text.isEmpty()) return;
+  if (m_outputs.size() < bound.bytes) m_outputs += text;
+  Q_EMIT ReceiveOutputs(text);
+}
+
+void DOSOutputs::noteLength(bool tooLong, const QString& tool) {
+  if (tooLong) {
+    m_outputs.clear();
+    // Polls repeat every two seconds; tell only once.
+    if (m_tooLong != m_commandLine) m_reports.printedTooMuch(tool, m_bound.bytes);
+    m_tooLong = m_commandLine;
+  } else if (m_tooLong == m_commandLine) {
+    m_tooLong.clear();
+  }
 }
 
 }  // namespace orvanta

@@ -17,13 +17,15 @@ constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int fieldHeight = 42;
 constexpr int commandHeight = 30;
-constexpr int stripHeight = 24;
+constexpr int lineHeight = 24;
 constexpr int bannerTwipsTop = 840;
 constexpr int bannerTwipsLeft = 7680;
 constexpr int iconTwipsLeft = 6840;
 constexpr int iconTwipsSize = 735;
 constexpr int bannerPixels = 46;
 constexpr int rowTwipsTop = 6840;
+constexpr int rowTwipsWidth = 7455;
+constexpr int rowHeight = 26;
 constexpr int panelTwipsLeft = 8640;
 
 struct Field {
@@ -46,32 +48,7 @@ const Field fields[] = {
     {&MainControls::Frame10, &MainControls::Label10, 10, u"已用%"},
 };
 
-struct PanelRow {
-  Frame* MainControls::*frame;
-  int number;
-  const char16_t* caption;
-  int topTwips;
-  std::vector<int> buttons;  // indices from left to right
-};
-
-const std::vector<PanelRow>& panelRows() {
-  static const std::vector<PanelRow> rows{
-      {&MainControls::Frame11, 11, u"Guardian", 120, {0, 1}},
-      {&MainControls::Frame12, 12, u"Set Refresh Rate", 960, {2, 3}},
-      {&MainControls::Frame14, 14, u"Full Rate Capture", 1800, {9, 10}},
-      {&MainControls::Frame15, 15, u"Video Capture Size", 2640, {12, 11, 13}},
-      {&MainControls::Frame13, 13, u"Set Fixed Foveated Rendering level", 3480, {4, 5, 6, 7, 8}},
-      {&MainControls::Frame16, 16, u"Texture Size", 4320, {18, 17, 16, 15, 14, 19, 20, 21}},
-      {&MainControls::Frame17, 17, u"Reboot Quest", 5520, {22}},
-  };
-  return rows;
-}
-
-constexpr const char16_t* panelCaptions[23] = {
-    u"On",   u"Off",   u"72",   u"90",   u"0",    u"1",   u"2",   u"3",    u"4",    u"On",   u"Off",  u"720p",
-    u"480p", u"1080p", u"1536", u"1280", u"1024", u"768", u"512", u"2048", u"2560", u"3072", u"Start"};
-
-/// Lays `controls` side by side from `left` to `right`; what is left over is shared out by their weights.
+/// Lays `controls` side by side from `left` to `right`, sharing the spare room by their weights.
 void layRow(const std::vector<std::pair<QWidget*, int>>& controls, int left, int right, int top, int height) {
   int wanted = gap * (static_cast<int>(controls.size()) - 1);
   int weights = 0;
@@ -119,7 +96,7 @@ QTimer* makeTimer(Form* form, const QString& name, int milliseconds) {
 void MainControls::createControls(Form* form) {
   createFields(form);
   createCommands(form);
-  createPanel(form);
+  panelRoom = new QWidget(form);
   Timer1 = makeTimer(form, u"Timer1"_s, 100);
   Timer1->setSingleShot(true);
   Timer2 = makeTimer(form, u"Timer2"_s, 80);
@@ -147,15 +124,16 @@ void MainControls::createCommands(Form* form) {
                              const char* shortcut = nullptr) {
     auto* made =
         new Button(QString::fromUtf16(name), QString::fromUtf16(caption), QString::fromUtf16(toolTip), form);
-    // The captions have no letters to underline, so the keys are given apart from them.
+    // The captions have no letters to underline, so the keys are set separately. Nothing that destroys data
+    // has a key: one slip would be enough.
     if (shortcut != nullptr) made->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
     return made;
   };
   Command1 = button(u"Command1", u"安装", u"Install APK", "Alt+I");
   Check1 = new CheckBox(u"Check1"_s, u"授予权限"_s, u"授予列表中的所有权限"_s, form);
   Command2 = button(u"Command2", u"权限", u"在所选应用程序上显示权限", "Alt+P");
-  Command4 = button(u"Command4", u"卸载", u"卸载选定的应用程序", "Alt+U");
-  Command5 = button(u"Command5", u"卸载并保留数据", u"卸载选定的应用程序并保留设备上的所有数据", "Alt+K");
+  Command4 = button(u"Command4", u"卸载", u"卸载选定的应用程序");
+  Command5 = button(u"Command5", u"卸载并保留数据", u"卸载选定的应用程序并保留设备上的所有数据");
   Command8 = button(u"Command8", u"Help", u"Try me", "F1");
   Check2 = new CheckBox(u"Check2"_s, u"退出关闭ADB"_s,
                         u"在退出时关闭ADB服务（下次启动速度较慢，但不会锁定最后安装的目录）"_s, form);
@@ -166,12 +144,13 @@ void MainControls::createCommands(Form* form) {
   Command6 = button(u"Command6", u"ADB 命令行", u"Run ADB Command on Device", "Alt+A");
   Command10 = button(u"Command10", u"未安装的应用", u"卸载选定的游戏程序");
   Command3 = button(u"Command3", u"撤消资源管理器菜单集成", u"");
-  // They lie out of view, where the tab key must not lead.
+  // They are out of view, where the tab key must not go.
   for (Button* outOfView : {Command10, Command3}) outOfView->setFocusPolicy(Qt::NoFocus);
   QFont strong = Command1->font();
   strong.setBold(true);
   Command1->setFont(strong);
 
+  statusLine = new StatusLine(form);
   busyStrip = new BusyStrip(form);
   txtOutputs = new Console(u"txtOutputs"_s, form);
   Text1 = new QLineEdit(form);
@@ -180,23 +159,6 @@ void MainControls::createCommands(Form* form) {
   Text1->setTextMargins(3, 0, 3, 0);
   Text1->setPlaceholderText(u"shell ls /sdcard"_s);
   Command7 = new Button(u"Command7"_s, u"Run"_s, QString(), form);
-}
-
-void MainControls::createPanel(Form* form) {
-  // The buttons are 615 twips wide; the longest captions need a little air in them.
-  QFont narrow = form->font();
-  narrow.setPixelSize(11);
-  for (const PanelRow& row : panelRows()) {
-    const QString caption = QString::fromUtf16(row.caption);
-    auto* frame = new Frame(u"Frame%1"_s.arg(row.number), caption, form);
-    this->*row.frame = frame;
-    for (const int index : row.buttons) {
-      const QString own = QString::fromUtf16(panelCaptions[index]);
-      auto* button = new Button(u"Command13_%1"_s.arg(index), own, QString(), frame, caption + u": "_s + own);
-      button->setFont(narrow);
-      Command13[static_cast<size_t>(index)] = button;
-    }
-  }
 }
 
 void MainControls::arrange(const Form& form) {
@@ -227,10 +189,9 @@ void MainControls::arrange(const Form& form) {
   y += commandHeight + gap;
   layRow({{Command9, 1}, {Command11, 1}, {Command12, 1}, {Command6, 1}}, margin, right, y, commandHeight);
   y += commandHeight + gap;
-  if (busyStrip->inView()) {
-    busyStrip->setGeometry(margin, y, right - margin, stripHeight);
-    y += stripHeight + gap;
-  }
+  for (QWidget* line : {static_cast<QWidget*>(statusLine), static_cast<QWidget*>(busyStrip)})
+    line->setGeometry(margin, y, right - margin, lineHeight);
+  y += lineHeight + gap;
   const int rowTop = pixels(rowTwipsTop) + room.height();
   txtOutputs->setGeometry(margin, y, right - margin, rowTop - margin - y);
 
@@ -238,28 +199,13 @@ void MainControls::arrange(const Form& form) {
   Text1->setVisible(rowInView);
   Command7->setVisible(rowInView);
   const int runWidth = pixels(735);
-  Text1->setGeometry(margin, rowTop - 1, right - margin - runWidth - gap, 26);
-  Command7->setGeometry(right - runWidth, rowTop - 1, runWidth, 26);
+  Text1->setGeometry(margin, rowTop, pixels(rowTwipsWidth) + room.width(), rowHeight);
+  Command7->setGeometry(right - runWidth, rowTop, runWidth, rowHeight);
   Command10->move(margin, pixels(9960) + room.height());
   Command3->move(margin, pixels(10560) + room.height());
-  arrangePanel(form, pixels(panelTwipsLeft) + room.width());
-}
-
-void MainControls::arrangePanel(const Form& form, int left) {
-  const bool inView = form.Width() > panelTwipsLeft;
-  constexpr int buttonWidth = 615;
-  constexpr int buttonHeight = 375;
-  for (const PanelRow& row : panelRows()) {
-    Frame* frame = this->*row.frame;
-    frame->setVisible(inView);
-    frame->setGeometry(left, pixels(row.topTwips), pixels(5895), pixels(735));
-    int x = frame->contentArea().left();
-    for (const int index : row.buttons) {
-      Command13[static_cast<size_t>(index)]->setGeometry(x, pixels(735 - buttonHeight) - 5,
-                                                         pixels(buttonWidth), pixels(buttonHeight));
-      x += pixels(buttonWidth) + gap;
-    }
-  }
+  panelRoom->setVisible(form.Width() > panelTwipsLeft);
+  panelRoom->setGeometry(pixels(panelTwipsLeft) + room.width(), 0, pixels(openWidth - panelTwipsLeft),
+                         form.height());
 }
 
 }  // namespace orvanta

@@ -9,6 +9,7 @@
 #include "ui/controls.h"
 #include "ui/form.h"
 #include "ui/picture_box.h"
+#include "ui/status_line.h"
 
 namespace orvanta {
 
@@ -17,7 +18,7 @@ inline constexpr int openWidth = 14865;    ///< Width in twips with the device p
 inline constexpr int closedHeight = 7260;  ///< Height in twips with the adb row out of view.
 inline constexpr int openHeight = 7770;    ///< Height in twips with the adb row in view.
 
-/// The controls of the main window. A feature connects itself to those that are its own.
+/// The controls of the main window. Each feature connects itself to its own.
 struct MainControls {
   Frame* Frame1 = nullptr;  ///< application label
   Label* Label1 = nullptr;
@@ -41,7 +42,7 @@ struct MainControls {
   Label* Label10 = nullptr;
 
   PictureBox* Picture1 = nullptr;          ///< the package's icon
-  PictureBox* banner = nullptr;            ///< what takes the pointer for the 23 frames, whichever shows
+  PictureBox* banner = nullptr;            ///< takes the pointer for all 23 frames
   std::array<PictureBox*, 23> Picture2{};  ///< the frames of the site banner
 
   Button* Command1 = nullptr;   ///< install
@@ -58,20 +59,14 @@ struct MainControls {
   Button* Command12 = nullptr;  ///< headset as a drive
   CheckBox* Check2 = nullptr;   ///< stop the adb server on exit
 
-  Console* txtOutputs = nullptr;   ///< the console
-  BusyStrip* busyStrip = nullptr;  ///< the running tool, with Stop
+  Console* txtOutputs = nullptr;     ///< the console
+  StatusLine* statusLine = nullptr;  ///< where the user stands
+  BusyStrip* busyStrip = nullptr;    ///< the running tool, with Stop; in the line's place
 
   QLineEdit* Text1 = nullptr;  ///< arguments of a free adb command
   Button* Command7 = nullptr;  ///< runs them
 
-  Frame* Frame11 = nullptr;             ///< guardian
-  Frame* Frame12 = nullptr;             ///< refresh rate
-  Frame* Frame13 = nullptr;             ///< foveated rendering
-  Frame* Frame14 = nullptr;             ///< full rate capture
-  Frame* Frame15 = nullptr;             ///< video capture size
-  Frame* Frame16 = nullptr;             ///< texture size
-  Frame* Frame17 = nullptr;             ///< reboot
-  std::array<Button*, 23> Command13{};  ///< device settings
+  QWidget* panelRoom = nullptr;  ///< the place of the device panel; in view at `openWidth`
 
   QTimer* Timer1 = nullptr;  ///< moves the console to its end after start-up
   QTimer* Timer2 = nullptr;  ///< plays the banner
@@ -79,15 +74,13 @@ struct MainControls {
 
   /// Makes all controls as children of `form`, in tab order.
   void createControls(Form* form);
-  /// Puts every control in its place for the form's present size. Panel and adb row are in view by the twips
-  /// alone.
+  /// Places every control for the form's present size. Only the twips decide whether panel and adb row are in
+  /// view.
   void arrange(const Form& form);
 
  private:
   void createFields(Form* form);
   void createCommands(Form* form);
-  void createPanel(Form* form);
-  void arrangePanel(const Form& form, int left);
 };
 
 }  // namespace orvanta

@@ -1,17 +1,11 @@
 #pragma once
 
 #include <QCoroTask>
-#include <array>
 #include <functional>
-#include <memory>
-#include <optional>
 
-#include "core/dosoutputs.h"
 #include "core/main_controls.h"
-#include "core/module1.h"
 #include "core/settings_store.h"
-#include "core/turn.h"
-#include "ui/desktop.h"
+#include "core/workbench.h"
 #include "ui/form.h"
 
 namespace orvanta {
@@ -21,6 +15,9 @@ class StartupSteps {
  public:
   virtual ~StartupSteps() = default;
 
+  /// Sets right what earlier runs left when they died. Returns the lines for the user. If the package was
+  /// opened by its temporary name, the argument becomes its own name.
+  virtual QStringList setRight(QString& commandText) = 0;
   /// Shows the tip; returns when the user has closed it.
   virtual QCoro::Task<> showTip() = 0;
   /// Offers to make the file manager's entry. Every way through it ends the process.
@@ -28,76 +25,42 @@ class StartupSteps {
   /// Reads the package into `ManifestFields` and `PermissionCount`.
   virtual QCoro::Task<> readBadging() = 0;
   virtual QCoro::Task<> StorageReport() = 0;
-  /// Takes the icon out of the package and shows it in `Picture1`.
+  /// Extracts the package's icon and shows it in `Picture1`.
   virtual QCoro::Task<> showIcon() = 0;
-  /// Asks the device for the installed build, gives the verdict, and lists the expansion files beside the
+  /// Asks the device for the installed build, shows the verdict, and lists the expansion files beside the
   /// package.
   virtual QCoro::Task<> showInstalledBuild() = 0;
 };
 
-/// What the main window is given by the composition root.
+/// What the composition root gives to the main window.
 struct MainWindowNeeds {
-  Desktop& desktop;
+  Workbench& bench;
   SettingsStore& settings;
-  Module1& module;
   /// Ends the process with all its windows.
   std::function<void()> endProcess;
 };
 
-/// The main window: the state of the loaded package, the console, the order of start-up, the end of the
-/// process.
-class apkinfo : public Form, public MainControls, public CommandReports {
+/// The main window: shows the state and the console, and owns the order of start-up and shutdown. It decides
+/// nothing about a package or a device.
+class apkinfo : public Form, public MainControls {
   Q_OBJECT
 
  public:
   explicit apkinfo(MainWindowNeeds needs);
   ~apkinfo() override;
 
-  QString ApkPath;      ///< the command-line text, whole and as it came
-  QString ApkFileName;  ///< its file name
-  int NoApkLoaded = 0;  ///< 1 when started with no text
-  std::unique_ptr<DOSOutputs> objDOS;
-  QString ToolOutput;  ///< output of the last tool call that was kept
-  std::array<QString, 51>
-      ManifestFields;          ///< 1 package, 2 version code, 3 version name, 4 label, 5 head tracking,
-                               ///< 6 installed build, 9 icon path, 11 to 50 the first 40 permissions
-  int PermissionCount = 0;     ///< permission lines seen; can exceed 40
-  QString TempZipPath;         ///< the package's path under its temporary name
-  QString IconFilePath;        ///< the extracted icon
-  bool RenameBackDue = false;  ///< the package was renamed and must get its name back
-  bool WatcherHold = false;    ///< while true the watcher's tick does nothing
-  qint16 AnimationFrame = 0;   ///< frame of the banner now shown
-  bool InstalledSeen = false;  ///< last answer of the installed-version check
-  QString NormalBackColor;     ///< `Label6`'s colours at the start, as decimal text
-  QString NormalForeColor;
-
-  Desktop& desktop() const { return m_needs.desktop; }
-  SettingsStore& settings() const { return m_needs.settings; }
-  Module1& module() const { return m_needs.module; }
-  Turn& turn() { return m_turn; }
-
-  /// The whole of start-up, before the window appears. Returns false when it has ended the process instead.
+  /// All of start-up, before the window appears. Returns false if it ended the process instead.
   QCoro::Task<bool> Form_Load(QString commandText, StartupSteps& steps);
 
-  /// Runs `line`, or again what `runner` ran last when there is none, and keeps the text out of the console.
-  QCoro::Task<QString> runQuietly(DOSOutputs& runner, std::optional<QString> line);
+  /// Moves the focus to `opener`, or to the console if that is disabled, if one of `going` or a control in it
+  /// has it: they are about to be hidden.
+  void keepFocusOutOf(std::initializer_list<QWidget*> going, QWidget* opener);
 
-  /// A line of the program's own in the console, with its end in view.
-  void say(const QString& message);
-
-  /// Takes the focus to `refuge`, or to the console where that is disabled, if one of `going` or a control in
-  /// it has it: they are about to go out of view.
-  void keepFocusOutOf(std::initializer_list<QWidget*> going, QWidget* refuge);
-
-  /// Ends the process at once: no closing steps run, the adb server is left as it is.
+  /// Closes the program within seconds because the system asks for it: stops what is under way, closes open
+  /// questions unanswered, and runs the closing steps when the handler has ended.
+  void endInOrder();
+  /// Ends the process at once, without closing steps; the adb server is left as it is.
   void QuitProgram();
-
-  void commandError(const QString& commandLine) override;
-  QCoro::Task<> criticalMessage(QString text) override;
-
- Q_SIGNALS:
-  /// The window is about to close, once no handler runs any more.
-  void closing();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -106,18 +69,29 @@ class apkinfo : public Form, public MainControls, public CommandReports {
  private:
   void prepareStart();
   void restoreSettings();
-  QCoro::Task<bool> startWithoutPath(StartupSteps& steps);
+  QCoro::Task<> startWithoutPath(StartupSteps& steps);
   QCoro::Task<> startWithPath(StartupSteps& steps);
+  void beginClosing();
   QCoro::Task<> Form_QueryUnload();
-  void objDOS_ReceiveOutputs(const QString& CommandOutputs);
+  void showStatus();
+  void callUser(const Status& verdict);
+  void showPackage();
+  void showStorage();
+  void showInstalledBuild();
+  void showAvailability();
   void Check1_Click();
   void Check2_Click();
-  void sayStopped();
+  void Timer1_Timer();
+  void Timer2_Timer();
   void Picture2_MouseMove(Qt::MouseButtons Button);
 
   MainWindowNeeds m_needs;
-  Turn m_turn;
+  Workbench& m_bench;
+  FormColor m_NormalBackColor = 0;  // of `Label6` at the start
+  FormColor m_NormalForeColor = 0;
+  qint16 m_AnimationFrame = 0;  // frame of the banner now shown
   bool m_closing = false;
+  bool m_ending = false;
   bool m_ended = false;
 };
 

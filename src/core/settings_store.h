@@ -12,9 +12,9 @@ class SettingsStore {
  public:
   SettingsStore();
 
-  /// The text under `section`, or `defaultText` where there is none.
+  /// The text under `section`, or `defaultText` if there is none.
   QString read(const QString& section, const QString& defaultText) const;
-  /// Returns whether the store took it.
+  /// Returns whether it was stored.
   bool write(const QString& section, const QString& value);
 
  private:

@@ -2,7 +2,6 @@
 
 #include <QCloseEvent>
 #include <QIcon>
-#include <QKeyEvent>
 #include <QPainter>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +31,7 @@ void Form9::Form_Load(const QString& commandText, std::function<void()> showMain
   }
   connect(&m_Timer1, &QTimer::timeout, this,
           [showMainWindow = std::move(showMainWindow)] { showMainWindow(); });
+  centreOnScreen(*screen());
   show();
   m_Timer1.start();
 }
@@ -42,29 +42,9 @@ void Form9::paintEvent(QPaintEvent*) {
 }
 
 void Form9::closeEvent(QCloseEvent* event) {
-  // Without it a start that hangs in a tool would go on unseen; to end the tool is what can be done about it.
+  // Without it the user could neither see that the start hangs in a tool nor end the tool.
   event->ignore();
   Q_EMIT busyStrip->stopRequested();
-}
-
-Form2::Form2(QWidget* owner) : Form(u"Form2"_s, 10800, 8220, owner) {
-  setWindowTitle(u"Help"_s);
-  setAccessibleName(u"Help"_s);
-  setFixedSize(designSize());
-}
-
-void Form2::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  QIcon(u":/help/help.png"_s).paint(&painter, rect());
-}
-
-void Form2::mousePressEvent(QMouseEvent*) {
-  hide();
-}
-
-void Form2::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Space)
-    hide();
 }
 
 }  // namespace orvanta

@@ -7,8 +7,7 @@
 
 namespace orvanta {
 
-/// The splash, which stands while the package is read. A tool that takes long shows on it, and can be stopped
-/// there.
+/// The splash, shown while the package is read. It shows a tool that takes long, with a Stop button.
 class Form9 : public Form {
   Q_OBJECT
 
@@ -27,19 +26,6 @@ class Form9 : public Form {
 
  private:
   QTimer m_Timer1;
-};
-
-/// The help picture. A click anywhere on it, Enter or Escape hides it.
-class Form2 : public Form {
-  Q_OBJECT
-
- public:
-  explicit Form2(QWidget* owner);
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace orvanta

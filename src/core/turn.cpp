@@ -3,11 +3,14 @@
 namespace orvanta {
 
 Turn::Holder::~Holder() {
-  if (m_turn != nullptr) m_turn->end();
+  if (Turn* turn = m_turn) turn->end();
 }
 
 std::optional<Turn::Holder> Turn::begin() {
-  if (m_taken) return std::nullopt;
+  if (m_taken) {
+    Q_EMIT refused();
+    return std::nullopt;
+  }
   m_taken = true;
   m_stopped = false;
   ++m_count;

@@ -6,7 +6,7 @@ namespace orvanta {
 
 namespace {
 
-/// `text` as a value of an entry: of the escapes that those know, the ones that a path can need.
+/// `text` as a value of an entry: with the escapes that a path can need.
 QString escapedValue(const QString& text) {
   QString value;
   for (const QChar c : text) {
@@ -39,14 +39,14 @@ QString execValue(const QString& program) {
     if (c == u'%') quoted += u'%';
     quoted += c;
   }
-  // A desktop that looks for the program before it has undone the doubling would not find it. `env` is found,
-  // but takes a word with an equals sign for something else.
+  // Some desktops look for the program before they undo the doubling, and would not find it. They find `env`,
+  // which in turn takes a word with an equals sign for a variable.
   const bool throughEnv = program.contains(u'%') && !program.contains(u'=');
   return (throughEnv ? u"env "_s : QString()) + escapedValue(u'"' + quoted + u"\" %f"_s);
 }
 
 QString desktopEntry(const QString& program) {
-  // With TryExec an entry whose program has gone is no longer offered.
+  // TryExec hides the entry once its program is gone.
   return u"[Desktop Entry]\n"
          "Type=Application\n"
          "Version=1.0\n"

@@ -5,7 +5,7 @@
 /// The file manager's entry on a system with desktop entries, as text.
 namespace orvanta {
 
-/// By this name the desktop knows the program: its entry, its pictures, its windows.
+/// The name by which the desktop knows the program's entry, icons and windows.
 inline const QString desktopId = QStringLiteral("example.orvanta.Orvanta");
 
 /// `program` as the value of an `Exec` key that hands over one file: a quoted argument in an escaped string,

@@ -10,13 +10,14 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/tools.h"
+#include "adb/host.h"
+#include "core/paths.h"
 #include "desktop/desktop_entry.h"
 #include "desktop/registry_entry.h"
+#include "platform/awaited.h"
 #include "platform/child_process.h"
 #include "platform/command_line.h"
 #include "platform/shell_verb.h"
-#include "ui/awaited.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,7 +44,7 @@ class RegistryEntry final : public FileManagerEntry {
   }
 };
 
-/// Whether the file at `path` now holds `content`, in folders made where missing.
+/// Writes `content` to `path`, making folders as needed. Returns whether the file now has it.
 bool writeWhole(const QString& path, const QByteArray& content) {
   if (!QDir().mkpath(QFileInfo(path).path())) return false;
   QSaveFile file(path);
@@ -54,16 +55,16 @@ bool writeWhole(const QString& path, const QByteArray& content) {
   return written.open(QIODevice::ReadOnly) && written.readAll() == content;
 }
 
-/// Runs one of the desktop's own tools to its end. What it says is of no interest, nor whether it is there.
+/// Runs one of the desktop's own tools to its end. Its output does not matter, nor whether it exists.
 QCoro::Task<> runTool(QString name, QString folder) {
   const std::unique_ptr<ChildProcess> tool = ChildProcess::create();
   if (tool->start(name + u' ' + quotedArgument(folder))) co_return;
-  // No window of ours is on the screen now: nobody could stop a tool that hangs.
+  // No window of ours is shown now, so nobody could stop a tool that hangs.
   QTimer::singleShot(std::chrono::seconds(10), tool.get(), &ChildProcess::kill);
   co_await Emitted(tool.get(), &ChildProcess::finished);
 }
 
-/// A desktop entry among the user's own applications, with its pictures.
+/// A desktop entry for this user alone, with its icons.
 class UserDesktopEntry final : public FileManagerEntry {
  public:
   bool writeCommand() override {
@@ -72,8 +73,8 @@ class UserDesktopEntry final : public FileManagerEntry {
   }
 
   QCoro::Task<> writeAppliesTo() override {
-    // The type and its file names come with the desktop. What it keeps of them for this user is brought up to
-    // date first, since the list of programs by type rests on it.
+    // The type and its file names come with the desktop. The user's copy of them is updated first, since the
+    // list of programs by type is built from it.
     const QString types = dataHome() + u"/mime"_s;
     if (FolderExists(types + u"/packages"_s)) co_await runTool(u"update-mime-database"_s, types);
     co_await runTool(u"update-desktop-database"_s, applications());
@@ -86,7 +87,7 @@ class UserDesktopEntry final : public FileManagerEntry {
       const QString place = theme + u"/%1x%1/apps/"_s.arg(size) + desktopId + u".png"_s;
       if (!picture.open(QIODevice::ReadOnly) || !writeWhole(place, picture.readAll())) return false;
     }
-    // A cache of the theme that is older than its folder is not used: so the new pictures are seen.
+    // A theme cache older than its folder is ignored, so the new icons are seen.
     std::error_code ignored;
     std::filesystem::last_write_time(QFileInfo(theme).filesystemFilePath(),
                                      std::filesystem::file_time_type::clock::now(), ignored);

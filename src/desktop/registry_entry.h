@@ -20,7 +20,7 @@ struct RegistryWrite {
 QString executablePath(const QString& applicationFolder, const QString& name);
 
 /// The three writes of the shell verb, in their order: what it starts, which files it is offered for, its
-/// picture. The %1 stands without quotes: the program takes everything behind its own name as the path.
+/// picture. The %1 has no quotes: the program takes everything after its own name as the path.
 std::array<RegistryWrite, 3> shellVerbWrites(const QString& executable);
 
 }  // namespace orvanta

@@ -6,7 +6,8 @@
 
 namespace orvanta {
 
-/// The window "Tip", shown at a start without a package: what such a start is for.
+/// The window "Tip", shown at each start without a package until the user turns it off: explains what such a
+/// start is for.
 class Form7 : public Form {
   Q_OBJECT
 

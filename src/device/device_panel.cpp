@@ -1,17 +1,55 @@
 #include "device/device_panel.h"
 
+#include "adb/lines.h"
 #include "core/main_window.h"
 #include "device/presses.h"
+#include "ui/twips.h"
+
+using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
-DevicePanel::DevicePanel(apkinfo& form) : m_form(form) {
+namespace {
+
+constexpr QSize frameTwips{5895, 735};
+constexpr QSize buttonTwips{615, 375};
+constexpr int gap = 6;
+
+/// The frame of a row, made for its first button.
+Frame* frameFor(const PanelFrame& row, QWidget* room) {
+  const QString name = u"Frame%1"_s.arg(row.number);
+  auto* frame = room->findChild<Frame*>(name);
+  if (frame == nullptr) {
+    frame = new Frame(name, QString::fromUtf16(row.caption), room);
+    frame->setGeometry(0, pixels(row.topTwips), pixels(frameTwips.width()), pixels(frameTwips.height()));
+  }
+  return frame;
+}
+
+}  // namespace
+
+DevicePanel::DevicePanel(Workbench& bench, apkinfo& form) : m_bench(bench), m_form(form) {
   connect(form.Command11, &QPushButton::clicked, this, &DevicePanel::Command11_Click);
   connect(form.Command12, &QPushButton::clicked, this, &DevicePanel::Command12_Click);
-  for (int Index = 0; Index < pressCount; ++Index) {
-    connect(form.Command13[static_cast<size_t>(Index)], &QPushButton::clicked, this,
-            [this, Index] { Command13_Click(Index); });
+  for (const PanelButton& row : panelButtons()) {
+    connect(makeButton(row), &QPushButton::clicked, this, [this, &row] { Command13_Click(row.press); });
   }
+}
+
+Button* DevicePanel::makeButton(const PanelButton& row) {
+  Frame* frame = frameFor(*row.frame, m_form.panelRoom);
+  const auto before = static_cast<int>(frame->findChildren<Button*>().size());
+  const QString caption = QString::fromUtf16(row.caption);
+  auto* button = new Button(u"Command13_%1"_s.arg(row.Index), caption, QString(), frame,
+                            frame->Caption() + u": "_s + caption);
+  // The longest captions need some air in a button of this width.
+  QFont narrow = m_form.font();
+  narrow.setPixelSize(11);
+  button->setFont(narrow);
+  const QSize size(pixels(buttonTwips.width()), pixels(buttonTwips.height()));
+  const QPoint first(frame->contentArea().left(), frame->height() - size.height() - 5);
+  button->setGeometry(QRect(first + QPoint(before * (size.width() + gap), 0), size));
+  return button;
 }
 
 void DevicePanel::Command11_Click() {
@@ -23,27 +61,24 @@ void DevicePanel::Command11_Click() {
 }
 
 void DevicePanel::close() {
-  // From a hidden button the focus would go on to the first one, which installs: one more press of the key.
-  m_form.keepFocusOutOf({m_form.Frame11, m_form.Frame12, m_form.Frame13, m_form.Frame14, m_form.Frame15,
-                         m_form.Frame16, m_form.Frame17},
-                        m_form.Command11);
+  m_form.keepFocusOutOf({m_form.panelRoom}, m_form.Command11);
   m_form.setWidth(closedWidth);
 }
 
 QCoro::Task<> DevicePanel::Command12_Click() {
-  const auto turn = m_form.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
   const QString line = mtpLine(Host::current());
-  m_form.ToolOutput = co_await m_form.objDOS->ExecuteCommand(line);
-  m_form.desktop().Beep();
+  co_await m_bench.objDOS.ExecuteCommand(line);
+  m_bench.desktop.Beep();
 }
 
-QCoro::Task<> DevicePanel::Command13_Click(int Index) {
-  const auto turn = m_form.turn().begin();
+QCoro::Task<> DevicePanel::Command13_Click(PanelPress press) {
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
-  const QStringList lines = pressLines(Host::current(), Index);
-  for (const QString& line : lines) m_form.ToolOutput = co_await m_form.objDOS->ExecuteCommand(line);
-  m_form.desktop().Beep();
+  const QStringList lines = pressLines(Host::current(), press);
+  for (const QString& line : lines) co_await m_bench.objDOS.ExecuteCommand(line);
+  m_bench.desktop.Beep();
   close();
 }
 

@@ -3,22 +3,14 @@
 #include <QString>
 #include <QStringList>
 
-#include "core/tools.h"
+#include "adb/host.h"
+#include "device/panel_table.h"
 
-/// What the device panel and the adb row send, as command lines.
+/// What the device panel sends, as command lines.
 namespace orvanta {
 
-inline constexpr int pressCount = 23;
-
-/// The command lines of press `Index`, in the order in which they run:
+/// The command lines of a press, in the order in which they run:
 ///   adb shell setprop debug.oculus.capture.width 1280
-/// A size is two lines, width before height; the last press is `adb reboot`. An index out of range has none.
-QStringList pressLines(const Host& host, int Index);
-
-/// Makes the headset offer its storage as a drive: adb shell svc usb setFunctions mtp true
-QString mtpLine(const Host& host);
-
-/// A free adb command: `text` behind one blank, character for character.
-QString freeLine(const Host& host, const QString& text);
+QStringList pressLines(const Host& host, PanelPress press);
 
 }  // namespace orvanta

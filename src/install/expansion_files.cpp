@@ -6,7 +6,7 @@ namespace orvanta {
 
 namespace {
 
-void addEntry(Module1& module, const QString& name, const QString& path) {
+void addEntry(ExpansionFileList& module, const QString& name, const QString& path) {
   const auto entry = static_cast<size_t>(++module.ObbFileCount);
   if (entry >= module.ObbFileNames.size()) return;
   module.ObbFileNames[entry] = name;
@@ -15,7 +15,7 @@ void addEntry(Module1& module, const QString& name, const QString& path) {
 
 }  // namespace
 
-bool listExpansionFiles(const PackageSurroundings& found, const HostStyle& style, Module1& module) {
+bool listExpansionFiles(const PackageSurroundings& found, const HostStyle& style, ExpansionFileList& module) {
   module.ObbFileCount = 0;
   bool ObbFound = found.hasPackageFolder;
   for (const QString& name : found.files) {
@@ -30,10 +30,6 @@ bool listExpansionFiles(const PackageSurroundings& found, const HostStyle& style
   }
   if (!ObbFound) module.ObbFileCount = 0;
   return ObbFound;
-}
-
-bool isOnDevice(const QString& fileName, const QString& Listing) {
-  return Listing.contains(fileName, Qt::CaseInsensitive);
 }
 
 }  // namespace orvanta

@@ -1,10 +1,20 @@
 #include "install/install_workflow.h"
 
-#include "core/main_window.h"
-#include "core/tools.h"
-#include "install/command_lines.h"
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "adb/device_names.h"
+#include "adb/lines.h"
+#include "adb/listing.h"
+#include "adb/replies.h"
+#include "core/paths.h"
+#include "core/pause.h"
+#include "core/workbench.h"
 #include "install/device_storage.h"
 #include "install/expansion_files.h"
+#include "install/send_progress.h"
 #include "monitor/storage_report.h"
 
 using namespace Qt::StringLiterals;
@@ -13,105 +23,128 @@ namespace orvanta {
 
 namespace {
 
-// What stood in the place of the storage path is the reason why a file was not sent; its beginning says it.
+// The text in place of the storage path tells why a file was not sent; its beginning is enough.
 constexpr qsizetype longestShownReply = 1000;
 
-int lastEntry(const Module1& module) {
+int lastEntry(const ExpansionFileList& module) {
   return qMin(module.ObbFileCount, static_cast<qint32>(module.ObbFileNames.size()) - 1);
 }
 
 }  // namespace
 
-InstallWorkflow::InstallWorkflow(apkinfo& form) : m_form(form) {
-  connect(form.Command1, &QPushButton::clicked, this, &InstallWorkflow::Command1_Click);
-}
+InstallWorkflow::InstallWorkflow(Workbench& bench, QWidget* window) : m_bench(bench), m_window(window) {}
 
 InstallWorkflow::~InstallWorkflow() = default;
 
 QCoro::Task<> InstallWorkflow::Command1_Click() {
-  const auto turn = m_form.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
   lock();
   scan();
-  if (m_form.module().ObbFileCount > 0) {
-    co_await selectFiles();
-    co_await runInstall();
-    co_await ObbTransfer();
-  } else {
-    co_await runInstall();
+  beginRun();
+  const bool withFiles = m_bench.state.expansionFiles.ObbFileCount > 0;
+  if (withFiles) {
+    const bool lives = co_await selectFiles();
+    if (!lives) co_return;
   }
-  co_await StorageReport(m_form, *m_form.objDOS);
-  m_form.desktop().Beep();
-  m_form.say(u"所有任务都完成了！"_s);
+  if (!m_bench.turn.stopped()) co_await installAndTransfer(withFiles);
+  m_bench.desktop.Beep();
+  m_bench.say(u"所有任务都完成了！"_s);
+  co_await checkSizes();
   unlock();
+  giveVerdict();
+}
+
+void InstallWorkflow::beginRun() {
+  const LoadedPackage& package = m_bench.state.package;
+  const QString& name = package.ManifestFields[FieldVersionName];
+  m_run = {};
+  m_run.package = package.package();
+  m_run.version = name.isEmpty() ? package.versionCode() : name;
+  m_run.packageBytes = QFileInfo(package.ApkPath).size();
+  m_placeInRun.clear();
+  m_installReply.clear();
+  m_deviceFolder.clear();
+}
+
+QCoro::Task<> InstallWorkflow::installAndTransfer(bool withFiles) {
+  QElapsedTimer since;
+  since.start();
+  if (withFiles) noteFiles({});
+  {
+    SendProgress progress(m_bench.turn, m_bench.objDOS, m_run.packageBytes + bytesToSend());
+    const QScopedValueRollback shown(m_progress, &progress);
+    const QString Reply = co_await runInstall();
+    if (withFiles) co_await ObbTransfer(Reply);
+  }
+  m_run.milliseconds = since.elapsed();
+  co_await StorageReport(m_bench, m_bench.objDOS);
 }
 
 void InstallWorkflow::lock() {
-  m_form.WatcherHold = true;
-  m_form.module().ObbFileCount = 0;
-  // The focus would else go on to the next control, and a second press of the key to it.
-  m_form.txtOutputs->setFocus();
-  for (Button* button :
-       {m_form.Command1, m_form.Command2, m_form.Command3, m_form.Command4, m_form.Command5, m_form.Command6,
-        m_form.Command9, m_form.Command10, m_form.Command11, m_form.Command12}) {
-    button->setEnabled(false);
-  }
+  m_bench.state.WatcherHold = true;
+  m_bench.state.expansionFiles.ObbFileCount = 0;
+  m_bench.state.setPhase(Availability::Phase::Locked);
 }
 
 void InstallWorkflow::unlock() {
-  m_form.Command1->setEnabled(false);
-  for (Button* button :
-       {m_form.Command2, m_form.Command3, m_form.Command4, m_form.Command5, m_form.Command6}) {
-    button->setEnabled(true);
-  }
-  for (Button* button : {m_form.Command9, m_form.Command10, m_form.Command11, m_form.Command12})
-    button->setEnabled(false);
-  m_form.WatcherHold = false;
+  m_bench.state.setPhase(Availability::Phase::Unlocked);
+  m_bench.state.WatcherHold = false;
 }
 
 void InstallWorkflow::scan() {
   PackageSurroundings found;
-  found.ApkFolder = ParentPath(m_form.ApkPath);
-  found.package = m_form.Label2->Caption();
+  found.ApkFolder = ParentPath(m_bench.state.package.ApkPath);
+  found.package = m_bench.state.package.package();
   const HostStyle& style = HostStyle::native();
   const QString packageFolder = found.ApkFolder + style.separator + found.package;
   found.hasPackageFolder = !found.ApkFolder.isEmpty() && FolderExists(packageFolder);
   found.files = filesDirectlyIn(found.hasPackageFolder ? packageFolder : found.ApkFolder);
-  listExpansionFiles(found, style, m_form.module());
-  if (found.hasPackageFolder) m_form.desktop().Beep();
+  listExpansionFiles(found, style, m_bench.state.expansionFiles);
+  if (found.hasPackageFolder) m_bench.desktop.Beep();
 }
 
 Form3& InstallWorkflow::loadedSelection() {
   if (!m_Form3) {
-    m_Form3 = std::make_unique<Form3>(m_form.Label5->Caption(), m_form.module(), &m_form);
+    m_Form3 =
+        std::make_unique<Form3>(m_bench.state.package.ApkFileName, m_bench.state.expansionFiles, m_window);
     connect(m_Form3.get(), &Form::closedByUser, this, [this] { m_unloadDue = true; });
+    connect(m_Form3.get(), &Form3::cancelled, this, [this] {
+      m_unloadDue = true;
+      m_bench.turn.requestStop();
+    });
   }
   return *m_Form3;
 }
 
-QCoro::Task<> InstallWorkflow::selectFiles() {
+QCoro::Task<bool> InstallWorkflow::selectFiles() {
   m_unloadDue = false;
-  co_await loadedSelection().showModal();
-  // Its button keeps it loaded, with the marks that are read later; only the close box unloads it.
-  if (m_unloadDue) m_Form3.reset();
+  const bool lives = co_await loadedSelection().showModal();
+  // Its button keeps it loaded, since its marks are read later; any other way out unloads it.
+  if (lives && m_unloadDue) m_Form3.reset();
+  co_return lives;
 }
 
-QCoro::Task<> InstallWorkflow::runInstall() {
-  m_form.say(u"尝试连接设备以进行Orvanta，请稍候！"_s);
+QCoro::Task<QString> InstallWorkflow::runInstall() {
+  m_bench.say(u"尝试连接设备以进行Orvanta，请稍候！"_s);
   co_await Pause(0.2);
-  const QString line = installLine(Host::current(), m_form.ApkPath, m_form.Check1->Value() == 1);
-  co_await m_form.objDOS->ExecuteCommand(line);
+  const QString line = installLine(Host::current(), m_bench.state.package.ApkPath, m_bench.state.Grant);
+  m_progress->beginFile(m_run.packageBytes);
+  const QString Reply = co_await m_bench.objDOS.ExecuteCommand(line);
+  m_progress->endFile();
+  m_run.install = installOutcome(Reply);
+  m_installReply = Reply;
+  co_return Reply;
 }
 
 QCoro::Task<QString> InstallWorkflow::listDeviceFolder() {
-  const StorageAnswer storage = co_await askStorage(m_form);
-  // An error text in the place of the path stays off the device's shell: it counts as a listing that says
-  // nothing.
+  const StorageAnswer storage = co_await askStorage(m_bench);
+  // An error text in place of the path must not reach the device's shell: it counts as an empty listing.
   if (storage.complete && !isPlainDevicePath(storage.path)) co_return QString();
   std::optional<QString> line;
   if (storage.complete)
-    line = listingLine(Host::current(), obbFolder(storage.path, m_form.Label2->Caption()));
-  const QString Listing = co_await m_form.runQuietly(*m_form.objDOS, line);
+    line = listingLine(Host::current(), obbFolder(storage.path, m_bench.state.package.package()));
+  const QString Listing = co_await m_bench.runQuietly(m_bench.objDOS, line);
   co_return Listing;
 }
 
@@ -120,63 +153,127 @@ bool InstallWorkflow::isChosen(int i) {
   return loadedSelection().Check1[static_cast<size_t>(i - 1)]->Value() == 0;
 }
 
-QCoro::Task<> InstallWorkflow::ObbTransfer() {
-  const QString package = m_form.Label2->Caption();
+void InstallWorkflow::noteFiles(const QString& Listing) {
+  m_run.files.clear();
+  m_placeInRun.clear();
+  const ExpansionFileList& module = m_bench.state.expansionFiles;
+  if (!module.ObbSelectionConfirmed) return;
+  const ListedFiles listed(Listing);
+  for (int i = 1; i <= lastEntry(module); ++i) {
+    if (!isChosen(i)) continue;
+    SentFile file;
+    file.name = module.ObbFileNames[static_cast<size_t>(i)];
+    file.bytes = QFileInfo(module.ObbFilePaths[static_cast<size_t>(i)]).size();
+    file.noteSkipped(Listing, listed);
+    m_placeInRun[i] = m_run.files.size();
+    m_run.files << file;
+  }
+}
+
+qint64 InstallWorkflow::bytesToSend() const {
+  qint64 bytes = 0;
+  for (const SentFile& file : m_run.files) bytes += file.skipped ? 0 : file.bytes;
+  return bytes;
+}
+
+QCoro::Task<> InstallWorkflow::ObbTransfer(QString Reply) {
+  const QString package = m_bench.state.package.package();
   if (package.isEmpty() || !isFitPackageName(package)) {
-    m_form.say(u"没有可用的包名，不传输obb文件 (No usable package name: no obb file is transferred): "_s +
-               package);
+    m_bench.say(u"没有可用的包名，不传输obb文件 (No usable package name: no obb file is transferred): "_s +
+                package);
     co_return;
   }
-  const Module1& module = m_form.module();
+  const ExpansionFileList& module = m_bench.state.expansionFiles;
   const QString Listing = co_await listDeviceFolder();
+  noteFiles(Listing);
+  m_progress->setBytesToCome(bytesToSend());
   qint16 AlreadyOnDevice = 0;
   for (int i = 1; i <= lastEntry(module); ++i) {
     if (isOnDevice(module.ObbFileNames[static_cast<size_t>(i)], Listing)) ++AlreadyOnDevice;
   }
   if (AlreadyOnDevice == module.ObbFileCount || !module.ObbSelectionConfirmed) {
-    m_form.say(u"跳过所有obb文件"_s);
+    m_bench.say(u"跳过所有obb文件"_s);
     co_return;
   }
-  // "None of them is there" is only known where the device has answered for this very folder.
+  // That none of them is there is known only if the device answered for exactly this folder.
   const bool noneThere = AlreadyOnDevice == 0 && Listing.contains(obbFolder(QString(), package));
-  bool FolderDecided = false;
-  for (int i = 1; i <= lastEntry(module) && !m_form.turn().stopped(); ++i) {
+  // Without a reported success there is nothing to ask about an empty folder.
+  bool removalDue = noneThere && (saysSuccess(Reply) || listsFiles(Listing));
+  for (int i = 1; i <= lastEntry(module) && !m_bench.turn.stopped(); ++i) {
     if (!isChosen(i)) {
-      m_form.say(u"跳过的obb文件："_s + QString(9, u' ') + module.ObbFileNames[static_cast<size_t>(i)]);
+      m_bench.say(u"跳过的obb文件："_s + QString(9, u' ') + module.ObbFileNames[static_cast<size_t>(i)]);
       continue;
     }
-    const bool removeOldFolder = !FolderDecided && noneThere;
-    FolderDecided = true;
+    bool removeOldFolder = false;
+    if (removalDue) {
+      const QString unreported = u"adb 没有报告安装成功 (adb did not report a successful install)"_s;
+      removeOldFolder = co_await mayRemoveObbFolder(m_bench, package, Reply, unreported);
+      removalDue = false;
+    }
     co_await transferEntry(i, removeOldFolder);
   }
 }
 
 QCoro::Task<> InstallWorkflow::transferEntry(int i, bool removeOldFolder) {
-  const QString package = m_form.Label2->Caption();
-  const QString name = m_form.module().ObbFileNames[static_cast<size_t>(i)];
-  const QString path = m_form.module().ObbFilePaths[static_cast<size_t>(i)];
+  const QString package = m_bench.state.package.package();
+  const QString name = m_bench.state.expansionFiles.ObbFileNames[static_cast<size_t>(i)];
+  const QString path = m_bench.state.expansionFiles.ObbFilePaths[static_cast<size_t>(i)];
   if (removeOldFolder) {
-    sayFolderRemoval(m_form, package);
-    co_await removeObbFolder(m_form, package);
+    sayFolderRemoval(m_bench, package);
+    co_await removeObbFolder(m_bench, package);
   }
+  SentFile& file = fileOf(i);
   const QString Listing = co_await listDeviceFolder();
-  if (m_form.turn().stopped()) co_return;
+  if (m_bench.turn.stopped()) co_return;
+  m_progress->beginFile(file.bytes);
   if (isOnDevice(name, Listing)) {
-    m_form.say(u"跳过的obb文件："_s + QString(9, u' ') + name);
+    file.noteSkipped(Listing, ListedFiles(Listing));
+    m_progress->endFile();
+    m_bench.say(u"跳过的obb文件："_s + QString(9, u' ') + name);
     co_return;
   }
-  m_form.say(u"安装额外的 obb 文件："_s + QString(16, u' ') + name);
+  m_bench.say(u"安装额外的 obb 文件："_s + QString(16, u' ') + name);
   co_await Pause(0.3);
-  const StorageAnswer storage = co_await askStorage(m_form);
+  const StorageAnswer storage = co_await askStorage(m_bench);
   if (storage.complete && !isPlainDevicePath(storage.path)) {
-    m_form.say(storage.path.left(longestShownReply));
+    m_bench.say(storage.path.left(longestShownReply));
+    file.push = pushOutcome(storage.reply);
     co_return;
   }
   if (storage.complete) {
-    const QString target = obbFolder(storage.path, package) + u'/' + name;
-    m_form.objDOS->setCommandLine(pushLine(Host::current(), path, target));
+    m_deviceFolder = obbFolder(storage.path, package);
+    m_bench.objDOS.setCommandLine(pushLine(Host::current(), path, m_deviceFolder + u'/' + name));
   }
-  co_await m_form.objDOS->ExecuteCommand();
+  const QString Reply = co_await m_bench.objDOS.ExecuteCommand();
+  m_progress->endFile();
+  file.push = pushOutcome(Reply);
+}
+
+QCoro::Task<> InstallWorkflow::checkSizes() {
+  const auto wasSent = [](const SentFile& file) {
+    return file.push && file.push->kind == Outcome::Kind::Success;
+  };
+  if (std::none_of(m_run.files.begin(), m_run.files.end(), wasSent)) co_return;
+  const QString line = listingLine(Host::current(), m_deviceFolder);
+  const QString Listing = co_await m_bench.runQuietly(m_bench.objDOS, line);
+  const ListedFiles listed(Listing);
+  m_run.listed = !listed.isEmpty();
+  if (!m_run.listed) co_return;
+  for (SentFile& file : m_run.files) {
+    if (!wasSent(file)) continue;
+    file.onDevice = listed.sizeOf(file.name);
+    file.missing = !file.onDevice;
+    if (!file.arrived())
+      m_bench.say(u"头显上的文件不完整 (The file on the headset is not complete): "_s + file.name);
+  }
+}
+
+void InstallWorkflow::giveVerdict() {
+  m_run.stopped = m_bench.turn.stopped();
+  // What came after it has moved the reason out of view.
+  if (m_run.install && m_run.install->kind != Outcome::Kind::Success)
+    m_bench.console.pointOut(tellingLine(withoutServerNotes(m_installReply)));
+  m_bench.status.setVerdict(verdictOn(m_run));
 }
 
 }  // namespace orvanta

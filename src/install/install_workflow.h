@@ -1,25 +1,28 @@
 #pragma once
 
 #include <QCoroTask>
+#include <QMap>
 #include <QObject>
 #include <memory>
 
 #include "install/obb_selection.h"
+#include "install/verdict.h"
 
 namespace orvanta {
 
-class apkinfo;
+class SendProgress;
+class Workbench;
 
-/// The button "安装": puts the loaded package on the headset, and with it the expansion files that lie beside
-/// it.
+/// The button "安装": puts the loaded package on the headset, with the expansion files beside it.
 ///
-/// One straight run of steps that stops for no failure, so that the window is always unlocked; adb's own
-/// words in the console are the verdict.
+/// A straight sequence of steps that no failure stops, so that the window is always unlocked. adb's own words
+/// stand in the console; the status line gives the verdict.
 class InstallWorkflow : public QObject {
   Q_OBJECT
 
  public:
-  explicit InstallWorkflow(apkinfo& form);
+  /// `window` is the owner of the selection window; may be null.
+  InstallWorkflow(Workbench& bench, QWidget* window);
   ~InstallWorkflow() override;
 
   QCoro::Task<> Command1_Click();
@@ -32,16 +35,30 @@ class InstallWorkflow : public QObject {
   void unlock();
   void scan();
   Form3& loadedSelection();
-  QCoro::Task<> selectFiles();
-  QCoro::Task<> runInstall();
-  QCoro::Task<> ObbTransfer();
+  /// False if the selection window was deleted together with this.
+  QCoro::Task<bool> selectFiles();
+  QCoro::Task<> installAndTransfer(bool withFiles);
+  QCoro::Task<QString> runInstall();
+  QCoro::Task<> ObbTransfer(QString Reply);
   QCoro::Task<QString> listDeviceFolder();
   QCoro::Task<> transferEntry(int i, bool removeOldFolder);
+  QCoro::Task<> checkSizes();
   bool isChosen(int i);
+  void beginRun();
+  void noteFiles(const QString& Listing);
+  SentFile& fileOf(int i) { return m_run.files[m_placeInRun.value(i)]; }
+  qint64 bytesToSend() const;
+  void giveVerdict();
 
-  apkinfo& m_form;
+  Workbench& m_bench;
+  QWidget* m_window;
   std::unique_ptr<Form3> m_Form3;
   bool m_unloadDue = false;
+  InstallRun m_run;
+  QMap<int, qsizetype> m_placeInRun;  // of a chosen entry in the run's files
+  QString m_installReply;
+  QString m_deviceFolder;  // that files were sent into
+  SendProgress* m_progress = nullptr;
 };
 
 }  // namespace orvanta

@@ -16,17 +16,23 @@ constexpr int heightTwips = 825 + 420;
 constexpr int rowTopTwips = 720;
 constexpr int rowPitchTwips = 480;
 constexpr int margin = 8;
+constexpr int captionAir = 12;
 constexpr FormColor orange = 33023;
 const QColor installFace(38, 198, 86);
 const QColor skipFace(255, 74, 74);
 
 }  // namespace
 
-Form3::Form3(const QString& apkFileName, Module1& module, QWidget* owner)
+Form3::Form3(const QString& apkFileName, ExpansionFileList& module, QWidget* owner)
     : Form(u"Form3"_s, widthTwips, heightTwips, owner), m_module(module), m_Timer1(new QTimer(this)) {
   setWindowTitle(u"Found OBB Files (Click to Skip)"_s);
   Frame1_18 = new Frame(u"Frame1_18"_s, u"File name"_s, this);
   Label1_18 = new Label(u"Label1_18"_s, Frame1_18);
+  cmdCancel =
+      new Button(u"cmdCancel"_s, u"取消 (Cancel)"_s,
+                 u"不安装，什么也不发送到设备 (Install nothing, send nothing to the headset)"_s, this);
+  // Otherwise Enter on it would press the button beside it, which installs.
+  cmdCancel->setAutoDefault(true);
   Command1 = new Button(u"Command1"_s, u"将所选的OBB文件安装到设备"_s, u"在设备上安装选定的OBB文件"_s, this);
   Command1->setDefault(true);
   Label2 = new Label(u"Label2"_s, this);
@@ -41,6 +47,7 @@ Form3::Form3(const QString& apkFileName, Module1& module, QWidget* owner)
   }
   m_Timer1->setObjectName(u"Timer1"_s);
   m_Timer1->setInterval(500);
+  connect(cmdCancel, &QPushButton::clicked, this, &Form3::cancel);
   connect(Command1, &QPushButton::clicked, this, &Form3::Command1_Click);
   connect(m_Timer1, &QTimer::timeout, this, &Form3::Timer1_Timer);
   Form_Load(apkFileName);
@@ -70,10 +77,12 @@ void Form3::resizeEvent(QResizeEvent* event) {
   Form::resizeEvent(event);
   const QSize toggle = Check1[0]->sizeHint();
   const int toggles = width() - margin - toggle.width();
-  const int confirm = Command1->sizeHint().width() + 12;
+  const int confirm = Command1->sizeHint().width() + captionAir;
   const int headingHeight = pixels(rowTopTwips) - margin;
   Command1->setGeometry(toggles - margin - confirm, margin, confirm, headingHeight - margin - 2);
-  Frame1_18->setGeometry(margin, 2, Command1->x() - 2 * margin, headingHeight);
+  const int cancel = cmdCancel->sizeHint().width() + captionAir;
+  cmdCancel->setGeometry(Command1->x() - margin - cancel, Command1->y(), cancel, Command1->height());
+  Frame1_18->setGeometry(margin, 2, cmdCancel->x() - 2 * margin, headingHeight);
   Label1_18->setGeometry(Frame1_18->contentArea());
   Label2->setGeometry(toggles + 6, Command1->y(), toggle.width() - 6, Command1->height());
   for (int k = 0; k < static_cast<int>(Check1.size()); ++k) {
@@ -97,7 +106,7 @@ void Form3::hideEvent(QHideEvent* event) {
 }
 
 void Form3::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) close();
+  if (event->key() == Qt::Key_Escape) cancel();
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) Command1->click();
 }
 
@@ -108,6 +117,11 @@ void Form3::Check1_Click(int Index) {
 
 void Form3::Command1_Click() {
   m_module.ObbSelectionConfirmed = true;
+  hide();
+}
+
+void Form3::cancel() {
+  Q_EMIT cancelled();
   hide();
 }
 

@@ -1,88 +1,123 @@
 #include "install/uninstall_workflow.h"
 
-#include "core/main_window.h"
-#include "core/tools.h"
-#include "install/command_lines.h"
+#include "adb/device_names.h"
+#include "adb/lines.h"
+#include "adb/replies.h"
+#include "core/pause.h"
+#include "core/workbench.h"
 #include "install/device_storage.h"
 
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
-UninstallWorkflow::UninstallWorkflow(apkinfo& form) : m_form(form) {
-  connect(form.Command4, &QPushButton::clicked, this, &UninstallWorkflow::Command4_Click);
-  connect(form.Command5, &QPushButton::clicked, this, &UninstallWorkflow::Command5_Click);
+namespace {
+constexpr qsizetype longestShownReply = 1000;
 }
 
+UninstallWorkflow::UninstallWorkflow(Workbench& bench) : m_bench(bench) {}
+
 QCoro::Task<> UninstallWorkflow::Command4_Click() {
-  const auto turn = m_form.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
-  m_form.WatcherHold = true;
+  m_bench.state.WatcherHold = true;
   const bool installed = co_await isInstalled();
   if (installed) {
     const QString Reply = co_await uninstall(false);
     tellOfConnection(Reply);
   }
-  m_form.WatcherHold = false;
+  m_bench.state.WatcherHold = false;
+  giveVerdict();
 }
 
 QCoro::Task<> UninstallWorkflow::Command5_Click() {
-  const auto turn = m_form.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
-  m_form.WatcherHold = true;
+  m_bench.state.WatcherHold = true;
   bool goOn = co_await isInstalled();
+  bool declined = false;
   if (goOn) {
     MessageBox warning;
     warning.title = u"卸载并保留数据"_s;
     warning.text =
         u"只能在以后重新安装APK有相同的签名时\r\n没有正确的签名，APK将无法在以后重新安装！！！\r\n\r\n你确定吗？"_s;
     warning.buttons = BoxButtons::YesNo;
-    const BoxAnswer answer = co_await m_form.desktop().showBox(warning);
+    const BoxAnswer answer = co_await m_bench.desktop.showBox(warning);
     goOn = answer == BoxAnswer::Yes;
+    declined = !goOn;
   }
-  if (goOn) co_await uninstall(true);
-  if (goOn && !m_form.turn().stopped()) {
-    const QString package = m_form.Label2->Caption();
-    sayFolderRemoval(m_form, package);
-    const StorageAnswer storage = co_await removeObbFolder(m_form, package);
-    m_form.txtOutputs->append(u"\r\n完毕！"_s);
-    m_form.txtOutputs->moveToEnd();
-    tellOfConnection(storage.reply);
+  if (goOn) {
+    const QString Reply = co_await uninstall(true);
+    if (!m_bench.turn.stopped()) co_await removeExpansionFiles(Reply);
   }
-  m_form.WatcherHold = false;
+  m_bench.state.WatcherHold = false;
+  if (!declined) giveVerdict();
+}
+
+QCoro::Task<> UninstallWorkflow::removeExpansionFiles(QString uninstallReply) {
+  const QString package = m_bench.state.package.package();
+  const QString unreported = u"adb 没有报告卸载成功 (adb did not report a successful uninstall)"_s;
+  const bool removes = co_await mayRemoveObbFolder(m_bench, package, uninstallReply, unreported);
+  StorageAnswer storage;
+  if (removes) {
+    sayFolderRemoval(m_bench, package);
+    storage = co_await removeObbFolder(m_bench, package);
+  } else {
+    storage = co_await askStorage(m_bench);
+  }
+  m_bench.console.append(u"\r\n完毕！"_s);
+  tellOfConnection(storage.reply);
 }
 
 QCoro::Task<bool> UninstallWorkflow::isInstalled() {
-  const QString package = m_form.Label2->Caption();
+  m_run = {};
+  m_uninstallReply.clear();
+  const QString package = m_bench.state.package.package();
   const QString line = packageListLine(Host::current());
-  const QString Reply = co_await m_form.runQuietly(*m_form.objDOS, line);
+  const QString Reply = co_await m_bench.runQuietly(m_bench.objDOS, line);
   // A list that the user cut short says nothing about the package.
-  if (m_form.turn().stopped()) co_return false;
-  // Every text contains the empty one, but no package is called so.
+  if (m_bench.turn.stopped()) co_return false;
+  // Every text contains the empty one, but no package has an empty name.
   if (!package.isEmpty() && Reply.contains(package)) co_return true;
-  m_form.desktop().Beep();
-  m_form.say(u"Package "_s + package + u"未安装"_s);
+  m_bench.desktop.Beep();
+  m_bench.say(u"Package "_s + package + u"未安装"_s);
+  m_run.absent = listsPackages(Reply);
+  if (!m_run.absent) {
+    m_run.uninstall = uninstallOutcome(Reply);
+    const QString words = Reply.trimmed().left(longestShownReply);
+    m_bench.say(words.isEmpty() ? u"头显没有回答 (The headset gave no answer)"_s : words);
+  }
   co_return false;
 }
 
 QCoro::Task<QString> UninstallWorkflow::uninstall(bool keepData) {
-  const QString package = m_form.Label2->Caption();
-  m_form.say(u"Try connecting Device for APK-uninstall ("_s + package + u')');
+  const QString package = m_bench.state.package.package();
+  m_bench.say(u"Try connecting Device for APK-uninstall ("_s + package + u')');
   co_await Pause(0.2);
   if (!isFitPackageName(package)) {
-    m_form.say(u"包名不可用，不卸载 (No usable package name: nothing is uninstalled): "_s + package);
+    m_bench.say(u"包名不可用，不卸载 (No usable package name: nothing is uninstalled): "_s + package);
     co_return QString();
   }
+  m_run.dataKept = keepData;
   const Host host = Host::current();
   const QString line = keepData ? uninstallKeepingDataLine(host, package) : uninstallLine(host, package);
-  const QString Reply = co_await m_form.objDOS->ExecuteCommand(line);
+  const QString Reply = co_await m_bench.objDOS.ExecuteCommand(line);
+  m_run.uninstall = uninstallOutcome(Reply);
+  m_uninstallReply = Reply;
   co_return Reply;
 }
 
+void UninstallWorkflow::giveVerdict() {
+  m_run.stopped = m_bench.turn.stopped();
+  if (m_run.uninstall && m_run.uninstall->kind != Outcome::Kind::Success)
+    m_bench.console.pointOut(tellingLine(withoutServerNotes(m_uninstallReply)));
+  m_bench.status.setVerdict(verdictOn(m_run));
+}
+
 void UninstallWorkflow::tellOfConnection(const QString& Reply) {
-  if (!Reply.contains("connect error"_L1) && !Reply.contains("cannot Connect"_L1)) return;
-  m_form.desktop().Beep();
-  m_form.say(u"Connection Error"_s);
+  if (!saysConnectionLost(Reply)) return;
+  m_bench.desktop.Beep();
+  m_bench.say(u"Connection Error"_s);
 }
 
 }  // namespace orvanta

@@ -3,15 +3,15 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QScreen>
 #include <QShortcut>
 #include <QStringMatcher>
-#include <array>
 
+#include "adb/replies.h"
+#include "core/busy_tools.h"
 #include "core/turn.h"
-#include "inventory/cell_text.h"
-#include "inventory/sort_press.h"
-#include "ui/theme.h"
+#include "ui/flex_grid_paint.h"
 #include "ui/twips.h"
 
 using namespace Qt::StringLiterals;
@@ -21,18 +21,13 @@ namespace orvanta {
 namespace {
 
 constexpr FormColor highlight = 255 | 255 << 8 | 111 << 16;
-constexpr int gridTop = 56;
+constexpr int buttonsTop = 54;
+constexpr int buttonHeight = 28;
+constexpr int gridTop = buttonsTop + buttonHeight + 8;
 constexpr int margin = 8;
+constexpr int leastOfRead = 260;  // less, and the line goes to the foot of the window
 constexpr int statusHeight = 24;
-constexpr int cellRoomTwips = 100;
-constexpr int iconColumnTwips = 300;
-constexpr int widestVersionTwips = 4800;
-constexpr qsizetype longestMeasured = 400;
 const QString formTitle = u"Installed Apps"_s;
-
-constexpr QStringView headings[] = {u"App Name",       u"Package Name",  u"版本",
-                                    u"Build",          u"Used Space",    u"Used APK Space",
-                                    u"Used OBB Space", u"Used App Data", u"<- Click to sort"};
 
 }  // namespace
 
@@ -42,11 +37,13 @@ Form4::Form4(CommandReports& reports, Turn& turn)
       Frame1(new Frame(u"Frame1"_s, u"Search"_s, this)),
       txtSearch(new QLineEdit(Frame1)),
       tmrSearch(new QTimer(this)),
-      MSFlexGrid1(new FlexGrid(u"MSFlexGrid1"_s, formTitle, this)),
+      apps(new AppsModel(this)),
+      MSFlexGrid1(new FlexGrid(u"MSFlexGrid1"_s, formTitle, apps, this)),
       mnuNew(new QMenu(u"New"_s, this)),
       lblShown(new Label(u"lblShown"_s, this)),
-      lblNotice(new QLabel(this)),
-      busyStrip(new BusyStrip(this)) {
+      lblNotice(new TextLabel(this)),
+      busyStrip(new BusyStrip(this)),
+      lblRead(new Label(u"lblRead"_s, this)) {
   setWindowTitle(formTitle);
   txtSearch->setObjectName(u"txtSearch"_s);
   txtSearch->setAccessibleName(u"Search"_s);
@@ -61,39 +58,43 @@ Form4::Form4(CommandReports& reports, Turn& turn)
   bold.setPixelSize(13);  // 9.75 point
   bold.setBold(true);
   MSFlexGrid1->setFont(bold);
-  MSFlexGrid1->setCols(inventoryColumns);
+  setFocusRefuge(MSFlexGrid1);
   lblNotice->setObjectName(u"lblNotice"_s);
   lblNotice->setTextFormat(Qt::PlainText);
   lblNotice->setWordWrap(true);
   createMenu();
+  createButtons();
   createShortcuts();
   connectGrid();
   connect(txtSearch, &QLineEdit::textChanged, this, [this] { m_SearchPending = true; });
   connect(tmrSearch, &QTimer::timeout, this, &Form4::tmrSearch_Timer);
-  connect(busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
-  connect(&turn, &Turn::toolStarted, busyStrip, &BusyStrip::begin);
-  connect(&turn, &Turn::toolEnded, busyStrip, &BusyStrip::pause);
-  connect(&turn, &Turn::ended, busyStrip, &BusyStrip::end);
+  connect(&turn, &Turn::begun, this, [this] { sayOutcome({}); });
+  showTools(turn, busyStrip);
+  showPercentage(turn, this);
   connect(busyStrip, &BusyStrip::inViewChanged, this,
           [this] { lblNotice->setVisible(!busyStrip->inView()); });
   QWidget::setTabOrder(txtSearch, MSFlexGrid1);
+  QWidget* before = MSFlexGrid1;
+  for (Button* button : {cmdBackup, cmdRestore, cmdCheck, cmdUninstall, cmdRefresh}) {
+    QWidget::setTabOrder(before, button);
+    before = button;
+  }
 }
 
 void Form4::createMenu() {
   mnuNew->setObjectName(u"mnuNew"_s);
-  const auto entry = [this](const QString& designName, const QString& caption) {
-    QAction* action = mnuNew->addAction(caption);
+  const auto entry = [this](QAction*& action, const QString& designName, const QString& caption) {
+    action = mnuNew->addAction(caption);
     action->setObjectName(designName);
-    return action;
   };
-  mnuCopy = entry(u"mnuCopy"_s, u"Copy"_s);
-  mnu_backup_apk = entry(u"mnu_backup_apk"_s, u"Backup APK"_s);
-  mnu_backup_apk_obb = entry(u"mnu_backup_apk_obb"_s, u"Backup APK + OBB"_s);
-  mnu_uninstall = entry(u"mnu_uninstall"_s, u"卸载 APK"_s);
-  mnu_startAPK = entry(u"mnu_startAPK"_s, u"Launch App"_s);
-  mnu_NonRootBackup = entry(u"mnu_NonRootBackup"_s, u"Backup Non-Root App Data"_s);
-  mnu_Restore = entry(u"mnu_Restore"_s, u"Restore Non-Root App Data"_s);
-  mnu_Permissions = entry(u"mnu_Permissions"_s, u"Manage Permissions"_s);
+  entry(mnuCopy, u"mnuCopy"_s, u"Copy"_s);
+  entry(mnu_backup_apk, u"mnu_backup_apk"_s, u"Backup APK"_s);
+  entry(mnu_backup_apk_obb, u"mnu_backup_apk_obb"_s, u"Backup APK + OBB"_s);
+  entry(mnu_uninstall, u"mnu_uninstall"_s, u"卸载 APK"_s);
+  entry(mnu_startAPK, u"mnu_startAPK"_s, u"Launch App"_s);
+  entry(mnu_NonRootBackup, u"mnu_NonRootBackup"_s, u"Backup Non-Root App Data"_s);
+  entry(mnu_Restore, u"mnu_Restore"_s, u"Restore Non-Root App Data"_s);
+  entry(mnu_Permissions, u"mnu_Permissions"_s, u"Manage Permissions"_s);
 }
 
 void Form4::createShortcuts() {
@@ -101,14 +102,24 @@ void Form4::createShortcuts() {
     txtSearch->setFocus();
     txtSearch->selectAll();
   });
+  connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, cmdRefresh, &QPushButton::click);
   connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &Form4::clearSearch);
 }
 
 void Form4::connectGrid() {
+  MSFlexGrid1->showChecks([this](int record) { return m_checked.contains(packageOf(record)); });
+  connect(MSFlexGrid1, &FlexGrid::CheckPressed, this, &Form4::toggle);
+  connect(MSFlexGrid1, &FlexGrid::CheckAllPressed, this, &Form4::toggleAll);
   connect(MSFlexGrid1, &FlexGrid::Click, this, &Form4::MSFlexGrid1_Click);
   connect(MSFlexGrid1, &FlexGrid::MouseMove, this, &Form4::MSFlexGrid1_MouseMove);
   connect(MSFlexGrid1, &FlexGrid::MouseDown, this, &Form4::MSFlexGrid1_MouseDown);
   connect(MSFlexGrid1, &FlexGrid::MenuKey, this, [this] { mnuNew->popup(MSFlexGrid1->menuPlace()); });
+  connect(MSFlexGrid1->horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int column, int, int size) {
+            // What the user has set stays when the window is resized.
+            if (!m_fitting && !m_columnWidths.empty())
+              m_columnWidths[static_cast<size_t>(column)] = {size, size};
+          });
 }
 
 QString Form4::CellText(InventoryColumn column) const {
@@ -119,132 +130,121 @@ QString Form4::SelectedPackage() const {
   return CTrim(CellText(ColPackage));
 }
 
+QString Form4::SelectedText() const {
+  const QString text = MSFlexGrid1->TextMatrix(MSFlexGrid1->Row(), MSFlexGrid1->Col()).trimmed();
+  return text.isEmpty() && MSFlexGrid1->Col() == ColMenuIcon ? SelectedPackage() : text;
+}
+
+void Form4::refill(const Inventory& inventory) {
+  FlexGrid& grid = *MSFlexGrid1;
+  const QString current = SelectedPackage();
+  const int col = grid.Col();
+  const int top = grid.TopRow();
+  const int sorted = SortColumn;
+  const auto code = static_cast<SortCode>(grid.Tag.toInt());
+  apps->setApps(inventory.apps);
+  sortBy(ColAppName, SortTextAscending);
+  apps->setOrder(grid.rows().order());
+  sortBy(sorted, code);
+  AutoSizeColumns();
+  ApplySearchFilter();
+  QSet<QString> there;
+  for (int row = 1; row < grid.Rows(); ++row) {
+    const QString package = packageOf(grid.rows().record(row));
+    there << package;
+    if (package == current) grid.setRow(row);
+  }
+  grid.setCol(col);
+  grid.setTopRow(top);
+  m_checked.intersect(there);
+  showChecks();
+}
+
 void Form4::prepareLoad() {
   const QSize place = QGuiApplication::primaryScreen()->size() * twipsPerPixel;
   setWidth(place.width() - 2960);
   setHeight(place.height() - 3000);
-  setMinimumSize(480, 280);  // it may be made smaller than it comes
+  setMinimumSize(480, 280);  // smaller than the size it opens with
   tmrSearch->setInterval(500);
   tmrSearch->start();
   connect(MSFlexGrid1, &FlexGrid::MouseWheel, this, &Form4::MouseWheel);
-  NormalRowHeight = MSFlexGrid1->RowHeight(0);
-  headColumns();
 }
 
 void Form4::fill(const Inventory& inventory) {
   FlexGrid& grid = *MSFlexGrid1;
-  grid.setRedraw(false);
-  grid.setRows(static_cast<int>(inventory.apps.size()) + 1);
-  int row = 0;
-  for (const InventoryApp& app : inventory.apps) {
-    ++row;
-    for (size_t column = 0; column < app.size(); ++column)
-      grid.setTextMatrix(row, static_cast<int>(column), app[column].toString());
-  }
-  firstSort();
+  apps->setApps(inventory.apps);
+  sortBy(ColAppName, SortTextAscending);
+  apps->setOrder(grid.rows().order());
   GridReady = true;
-  sizeColumns();
-  grid.setRedraw(true);
-}
-
-void Form4::headColumns() {
-  for (int col = 0; col < static_cast<int>(std::size(headings)); ++col)
-    MSFlexGrid1->setTextMatrix(0, col, headings[col].toString());
-  const Qt::Alignment number = Qt::AlignRight | Qt::AlignVCenter;
-  for (const int col : {ColUsedSpace, ColApkSpace, ColObbSpace, ColDataSpace})
-    MSFlexGrid1->setColAlignment(col, number);
-  MSFlexGrid1->setColAlignment(ColMenuIcon, Qt::AlignCenter);
-}
-
-void Form4::firstSort() {
-  FlexGrid& grid = *MSFlexGrid1;
-  grid.setCol(ColAppName);
-  grid.setSort(SortTextAscending);
-  grid.Tag = QString::number(SortTextAscending);
-  SortColumn = grid.Col();
-  grid.setCol(0);
-  grid.setRow(0);
-  for (int i = 1; i < grid.Rows(); ++i) grid.setTextMatrix(i, ColOrder, QString::number(i));
-}
-
-void Form4::sizeColumns() {
-  FlexGrid& grid = *MSFlexGrid1;
   AutoSizeColumns();
-  grid.setColWidth(ColMenuIcon, iconColumnTwips);
-  grid.setColWidth(ColVersion, std::min(grid.ColWidth(ColVersion), widestVersionTwips));
-  const QIcon cog(u":/grid/cog.png"_s);
-  const int row = grid.Row();
-  const int col = grid.Col();
-  grid.setCol(ColMenuIcon);
-  for (int i = 1; i < grid.Rows(); ++i) {
-    grid.setRow(i);
-    grid.setCellPicture(cog);
-  }
-  grid.setRow(row);
-  grid.setCol(col);
   countShown();
 }
 
-void Form4::AutoSizeColumns() {
+void Form4::sortBy(int column, SortCode code) {
   FlexGrid& grid = *MSFlexGrid1;
-  // Laying out every text would take most of a large inventory's time. The sum of its characters' widths is
-  // close enough to tell which texts cannot be the widest of their column.
-  const QFontMetricsF metrics(grid.font());
-  std::array<double, 128> advances = {};
-  for (char16_t c = u' '; c < 127; ++c) advances[c] = metrics.horizontalAdvance(QChar(c));
-  const double wide = metrics.horizontalAdvance(QChar(0x4e00));
-  const auto roughWidth = [&advances, wide](const QString& text) {
-    double sum = 0;
-    for (const QChar c : text) sum += c.unicode() < advances.size() ? advances[c.unicode()] : wide;
-    return sum;
-  };
-  // A label can be as long as a file can hold. A column wider than the grid could never be seen whole; the
-  // tool-tip has the rest.
-  const int gridWidth = grid.width() * twipsPerPixel;
-  for (int col = 0; col < grid.Cols(); ++col) {
-    int widest = grid.TextWidth(grid.TextMatrix(0, col)) + FlexGrid::HeaderRoom() + cellRoomTwips;
-    for (int row = FlexGrid::FixedRows(); row < grid.Rows(); ++row) {
-      const QString text = grid.TextMatrix(row, col);
-      if (roughWidth(text) * twipsPerPixel + cellRoomTwips <= widest) continue;
-      widest = std::max(widest, grid.TextWidth(text.left(longestMeasured).trimmed()) + cellRoomTwips);
-    }
-    grid.setColWidth(col, std::min(widest, gridWidth));
-  }
-}
-
-void Form4::setNotice(const QString& notice) {
-  lblNotice->setText(notice.isEmpty() ? notice : u"⚠ "_s + notice);
-  lblNotice->setToolTip(notice);
-}
-
-void Form4::MSFlexGrid1_Click() {
-  FlexGrid& grid = *MSFlexGrid1;
-  if (grid.MouseRow() != 0 || grid.MouseCol() <= FlexGrid::FixedCols() - 1) return;
-  grid.setRedraw(false);
-  grid.setCol(grid.MouseCol());
-  const int code = sortCodeOfPress(grid.Col(), SortColumn, grid.Tag.toInt());
+  grid.setCol(column);
   grid.setSort(code);
   grid.Tag = QString::number(code);
   SortColumn = grid.Col();
   grid.setCol(0);
   grid.setRow(0);
-  grid.setRedraw(true);
+}
+
+void Form4::AutoSizeColumns() {
+  m_columnWidths = measuredColumns(*apps, QFontMetricsF(MSFlexGrid1->font()), FlexGridHeader::arrowRoom);
+  fitColumns();
+}
+
+void Form4::fitColumns() {
+  m_fitting = true;
+  const std::vector<int> widths =
+      fittedWidths(m_columnWidths, width() - 2 * margin - MSFlexGrid1->besideColumns());
+  for (size_t column = 0; column < widths.size(); ++column)
+    MSFlexGrid1->setColumnWidth(static_cast<int>(column), widths[column]);
+  m_fitting = false;
+}
+
+void Form4::setNotice(const QString& notice) {
+  m_notice = notice.isEmpty() ? notice : u"⚠ "_s + notice;
+  showNotice();
+}
+
+void Form4::sayOutcome(QStringList lines) {
+  lines.removeAll(QString());
+  m_outcome = lines.join(u'\n');
+  showNotice();
+}
+
+void Form4::showNotice() {
+  const QString& shown = m_outcome.isEmpty() ? m_notice : m_outcome;
+  lblNotice->setText(shown);
+  lblNotice->setToolTip(shown);
+  alignNotice();
+}
+
+/// Shows the beginning of a text that is too long for its place.
+void Form4::alignNotice() {
+  const bool fits = lblNotice->heightForWidth(lblNotice->width()) <= lblNotice->height();
+  lblNotice->setAlignment(Qt::AlignLeft | (fits ? Qt::AlignVCenter : Qt::AlignTop));
+}
+
+void Form4::MSFlexGrid1_Click() {
+  const FlexGrid& grid = *MSFlexGrid1;
+  if (grid.MouseRow() != 0 || grid.MouseCol() < 0) return;
+  sortBy(grid.MouseCol(), sortCodeOfPress(grid.MouseCol(), SortColumn, grid.Tag.toInt()));
 }
 
 void Form4::MSFlexGrid1_MouseMove(Qt::MouseButtons Button) {
   FlexGrid& grid = *MSFlexGrid1;
-  // Beside the cells nothing changes: the row keeps the highlight that says which one it is.
+  // Outside the cells nothing changes: the highlight keeps showing the current row.
   if (!GridReady || grid.MouseRow() < 0) return;
   const int row = grid.MouseRow();
   const int col = grid.MouseCol();
-  // The grid's own cell counts too: a sort has moved it, and at first no cell has the highlight.
+  // Compares the grid's cell too: a sort moves it, and at first no cell has the highlight.
   if (row != HoverRow || col != HoverCol || row != grid.Row() || col != grid.Col()) {
-    grid.setRow(HoverRow);
-    grid.setCol(HoverCol);
-    grid.setCellBackColor(grid.BackColor());
     grid.setRow(row);
     grid.setCol(col);
-    grid.setCellBackColor(highlight);
+    grid.setCellBackColor(row, col, highlight);
     HoverCol = grid.Col();
     HoverRow = grid.Row();
   }
@@ -253,8 +253,9 @@ void Form4::MSFlexGrid1_MouseMove(Qt::MouseButtons Button) {
   m_LastTipRow = row + 1;
   m_LastTipCol = col + 1;
   const QString t = grid.TextMatrix(row, col);
-  const int needed = grid.TextWidth(t.left(longestMeasured).trimmed()) + cellRoomTwips;
-  grid.setToolTipText(needed > grid.ColWidth(col) ? t : QString());
+  const int room = row == 0 ? cellRoom + FlexGridHeader::arrowRoom : cellRoom;
+  const bool cut = textWidth(t, QFontMetricsF(grid.font())) + room > grid.columnWidth(col);
+  grid.setToolTip(cut ? t.trimmed() : QString());
 }
 
 void Form4::MSFlexGrid1_MouseDown(Qt::MouseButton Button) {
@@ -262,7 +263,7 @@ void Form4::MSFlexGrid1_MouseDown(Qt::MouseButton Button) {
   const bool iconCell = Button == Qt::LeftButton && grid.MouseRow() >= 0 && grid.ColSel() == ColMenuIcon;
   if (Button != Qt::RightButton && !iconCell) return;
   mnuNew->popup(iconCell ? grid.menuPlace() : QCursor::pos());
-  // The menu takes the button's release. The header's click comes all the same, when the menu has gone.
+  // The menu takes the button's release. The header's click still comes, when the menu has closed.
   if (iconCell && grid.MouseRow() == 0)
     connect(mnuNew, &QMenu::aboutToHide, this, &Form4::MSFlexGrid1_Click, Qt::SingleShotConnection);
 }
@@ -272,9 +273,14 @@ void Form4::MouseWheel(int turn, QPoint place) {
   if (!IsOver(QRect(grid.mapToGlobal(QPoint()), grid.size()), place)) return;
   const int Rotation = m_notches.take(turn);
   if (Rotation == 0) return;
-  const PagedList list{grid.Height(), grid.RowHeight(0), grid.Rows(), grid.TopRow(),
+  const int before = grid.TopRow();
+  const PagedList list{grid.height(), FlexGrid::rowPixels, grid.Rows(), before,
                        [&grid](int row) { return grid.RowIsVisible(row); }};
-  if (const auto top = FlexGridScroll(list, Rotation)) grid.setTopRow(*top);
+  const auto top = FlexGridScroll(list, Rotation);
+  if (!top) return;
+  grid.setTopRow(*top);
+  // If a search hides more than a page of rows in one place, the paging rule finds no target row.
+  if (grid.TopRow() == before) grid.turnPage(Rotation > 0);
 }
 
 void Form4::tmrSearch_Timer() {
@@ -294,30 +300,26 @@ void Form4::clearSearch() {
 }
 
 void Form4::ApplySearchFilter() {
-  FlexGrid& grid = *MSFlexGrid1;
   const QStringMatcher search(txtSearch->text(), Qt::CaseInsensitive);
-  grid.setRedraw(false);
-  for (int row = FlexGrid::FixedRows(); row < grid.Rows(); ++row) {
+  MSFlexGrid1->showOnly([this, &search](int record) {
     bool matches = search.pattern().isEmpty();
-    for (int col = FlexGrid::FixedCols(); col < grid.Cols() && !matches; ++col)
-      matches = search.indexIn(grid.TextMatrix(row, col)) >= 0;
-    grid.setRowHeight(row, matches ? NormalRowHeight : 0);
-  }
-  grid.setRedraw(true);
+    for (int column = 0; column < inventoryColumns && !matches; ++column)
+      matches = search.indexIn(apps->cell(record, column).text) >= 0;
+    return matches;
+  });
   countShown();
 }
 
 void Form4::countShown() {
-  const FlexGrid& grid = *MSFlexGrid1;
-  int shown = 0;
-  qint64 tenths = 0;
-  for (int row = FlexGrid::FixedRows(); row < grid.Rows(); ++row) {
-    if (grid.RowHeight(row) == 0) continue;
-    ++shown;
-    tenths += tenthsIn(grid.TextMatrix(row, ColUsedSpace));
-  }
-  lblShown->setCaption(u"显示 %1 / %2 个应用 (Apps shown)  ·  共占用 %3 MiB (Used space)"_s.arg(
-      QString::number(shown), QString::number(std::max(grid.Rows() - 1, 0)), tenthsText(tenths)));
+  const FlexGridRows& rows = MSFlexGrid1->rows();
+  double mebibytes = 0;
+  for (int shown = 0; shown < rows.rowCount(); ++shown)
+    mebibytes += apps->cell(rows.record(rows.row(shown)), ColUsedSpace).value;
+  QString text = u"显示 %1 / %2 个应用 (Apps shown)  ·  共占用 %3 MiB (Used space)"_s.arg(
+      QString::number(rows.rowCount()), QString::number(apps->rowCount()),
+      QString::number(mebibytes, 'f', 1));
+  if (!m_checked.isEmpty()) text += u"  ·  已勾选 %1 (checked)"_s.arg(m_checked.size());
+  lblShown->setCaption(text);
 }
 
 void Form4::resizeEvent(QResizeEvent* event) {
@@ -328,11 +330,23 @@ void Form4::resizeEvent(QResizeEvent* event) {
 void Form4::Form_Resize() {
   Frame1->setGeometry(pixels(120), pixels(120), pixels(3855), pixels(615));
   txtSearch->setGeometry(Frame1->contentArea());
-  const int beside = Frame1->geometry().right() + 2 * margin;
-  lblNotice->setGeometry(beside, Frame1->y(), width() - beside - margin, Frame1->height());
-  busyStrip->setGeometry(beside, Frame1->y() + 8, width() - beside - margin, 26);
+  const int besideSearch = Frame1->geometry().right() + 2 * margin;
+  lblNotice->setGeometry(besideSearch, Frame1->y(), width() - besideSearch - margin, Frame1->height());
+  alignNotice();
+  busyStrip->setGeometry(besideSearch, Frame1->y() + 8, width() - besideSearch - margin, 26);
+  fitColumns();
   MSFlexGrid1->setGeometry(margin, gridTop, width() - 2 * margin, height() - gridTop - statusHeight);
-  lblShown->setGeometry(margin, height() - statusHeight, width() - 2 * margin, statusHeight);
+  const int right = layButtons(margin, buttonsTop) + 2 * margin;
+  const bool beside = width() - margin - right >= leastOfRead;
+  const int foot = height() - statusHeight;
+  const int half = beside ? 0 : width() / 3;
+  lblShown->setGeometry(margin, foot, width() - 2 * margin - half, statusHeight);
+  lblRead->setAlignment(Qt::AlignVCenter | Qt::AlignRight);
+  if (beside) {
+    lblRead->setGeometry(right, buttonsTop, width() - margin - right, buttonHeight);
+  } else {
+    lblRead->setGeometry(width() - margin - half, foot, half, statusHeight);
+  }
 }
 
 void Form4::closeEvent(QCloseEvent* event) {

@@ -1,27 +1,33 @@
 #include "inventory/cell_text.h"
 
+#include <QDateTime>
+#include <charconv>
 #include <cmath>
 
 namespace orvanta {
 
-QString CTrim(const QString& S1) {
-  QString text = S1;
-  text.removeIf([](QChar c) {
-    const char16_t code = c.unicode();
-    return code <= 32 || code == 127 || code == 129 || code == 141 || code == 143 || code == 144 ||
-           code == 157;
-  });
-  return text;
+double cellValue(CellKind kind, QStringView cell) {
+  if (kind == CellKind::Text) return 0;
+  if (kind == CellKind::Date) {
+    QDateTime date = QDateTime::fromString(cell.trimmed().toString(), Qt::ISODate);
+    date.setTimeSpec(Qt::UTC);  // no hour comes twice
+    return date.isValid() ? static_cast<double>(date.toSecsSinceEpoch()) : 0;
+  }
+  const QByteArray text = cell.trimmed().toLatin1();
+  double number = 0;
+  std::from_chars(text.begin(), text.end(), number, std::chars_format::fixed);
+  return std::isfinite(number) ? number : 0;
 }
 
-qint64 tenthsIn(QStringView size) {
-  bool isNumber = false;
-  const double value = size.trimmed().toDouble(&isNumber);
-  return isNumber && std::isfinite(value) ? std::llround(value * 10) : 0;
+std::optional<QStringView> wholeValue(QStringView value) {
+  while (value.startsWith(u' ')) value = value.mid(1);
+  while (value.endsWith(u' ')) value.chop(1);
+  return value;
 }
 
-QString tenthsText(qint64 tenths) {
-  return QString::number(static_cast<double>(tenths) / 10, 'f', 1);
+std::optional<QStringView> beforeMinSdk(QStringView value) {
+  const qsizetype end = value.indexOf(u"minSdk");
+  return end < 0 ? std::nullopt : wholeValue(value.left(end));
 }
 
 }  // namespace orvanta

@@ -9,7 +9,7 @@
 
 namespace orvanta {
 
-class apkinfo;
+class Workbench;
 struct InventoryOutcome;
 
 /// The button for the installed apps: gathers the inventory with one script, shows how far it is, and opens
@@ -18,11 +18,15 @@ class InstalledApps : public QObject {
   Q_OBJECT
 
  public:
-  explicit InstalledApps(apkinfo& form);
+  /// `mainWindow` is hidden while the list is open.
+  InstalledApps(Workbench& bench, QWidget& mainWindow);
   ~InstalledApps() override;
 
-  /// The whole road from the button to the open window.
+  /// All steps from the button to the open window.
   QCoro::Task<> Command9_Click();
+
+  /// Reads the list anew, in place. A reading that does not come to its end leaves the list as it was.
+  QCoro::Task<> cmdRefresh_Click();
 
   Form5& progress() { return m_Form5; }
   Form4& window() { return m_Form4; }
@@ -31,10 +35,14 @@ class InstalledApps : public QObject {
   QCoro::Task<> loadForm4();
   QCoro::Task<> askCount();
   QCoro::Task<> runScript(InventoryOutcome& outcome);
+  QCoro::Task<HeadsetIdentity> askHeadset();
+  QCoro::Task<QString> readAgain();
+  void show(const Inventory& inventory, InventoryOutcome& outcome);
   void objDOS_ReceiveOutputs(const QString& CommandOutputs);
   void Form4_unloaded();
 
-  apkinfo& m_form;
+  Workbench& m_bench;
+  QWidget& m_mainWindow;
   Form5 m_Form5;
   Form4 m_Form4;
   AppTagCounter m_counter;

@@ -1,9 +1,6 @@
 #include "inventory/parser.h"
 
-#include <QStringView>
-#include <optional>
-
-#include "inventory/columns.h"
+#include "adb/replies.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,51 +8,11 @@ namespace orvanta {
 
 namespace {
 
-/// A return is no blank: it stays, and keeps a blank in front of it.
-QStringView withoutBlanks(QStringView text) {
-  while (text.startsWith(u' ')) text = text.mid(1);
-  while (text.endsWith(u' ')) text.chop(1);
-  return text;
-}
+/// The line of this column is the last of an app.
+constexpr InventoryColumn lastColumn = ColDataSpace;
 
-struct Tag {
-  QStringView text;
-  /// Where the value begins: behind the tag's colon and blank.
-  qsizetype valueAt;
-  InventoryColumn column;
-};
-
-constexpr QStringView lastTag = u"AD3x";
-
-constexpr Tag tags[] = {{u"application-label:", 18, ColAppName},
-                        {u"TO3x", 6, ColUsedSpace},
-                        {u"AP3x", 6, ColApkSpace},
-                        {u"OB3x", 6, ColObbSpace},
-                        {lastTag, 6, ColDataSpace},
-                        {u"VC3x: versionName:", 19, ColVersion}};
-constexpr QStringView appTag = u"IP3x";
-constexpr qsizetype packageAt = 6;
-constexpr QStringView buildTag = u"VC3x: versionCode:";
-constexpr qsizetype buildAt = 19;
-
-/// What stands in front of "minSdk"; nothing where the line does not have it.
-std::optional<QStringView> buildIn(QStringView line) {
-  const qsizetype end = line.indexOf(u"minSdk", buildAt);
-  if (end < 0) return std::nullopt;
-  return withoutBlanks(line.mid(buildAt, end - buildAt));
-}
-
-/// Whether the line bears the tag of a column; its value then goes into `app`, where there is one.
-bool takeTagged(QStringView line, InventoryApp* app) {
-  for (const Tag& tag : tags) {
-    if (!line.startsWith(tag.text)) continue;
-    if (app != nullptr) (*app)[tag.column] = withoutBlanks(line.mid(tag.valueAt));
-    return true;
-  }
-  if (!line.startsWith(buildTag)) return false;
-  const auto build = buildIn(line);
-  if (app != nullptr && build) (*app)[ColBuild] = *build;
-  return true;
+bool isTagged(QStringView line, const Column& column) {
+  return !column.tag.isEmpty() && line.startsWith(column.tag);
 }
 
 bool isAdbError(const QString& word) {
@@ -66,20 +23,27 @@ bool isAdbError(const QString& word) {
 
 Inventory readInventory(QStringView scriptOutput) {
   Inventory inventory;
-  inventory.apps.reserve(scriptOutput.count(appTag));
+  inventory.apps.reserve(scriptOutput.count(columns[ColPackage].tag));
   for (const QStringView line : scriptOutput.tokenize(u'\n')) {
-    if (line.startsWith(appTag)) {
-      inventory.apps.emplace_back();
-      inventory.cut = true;
-      inventory.apps.back()[ColPackage] = withoutBlanks(line.mid(packageAt));
-    } else if (takeTagged(line, inventory.apps.isEmpty() ? nullptr : &inventory.apps.back())) {
+    bool tagged = false;
+    // Several columns may read one line.
+    for (size_t at = 0; at < std::size(columns); ++at) {
+      const Column& column = columns[at];
+      if (!isTagged(line, column)) continue;
+      tagged = true;
+      if (at == ColPackage) {
+        inventory.apps.emplace_back();
+        inventory.cut = true;
+      }
+      if (inventory.apps.isEmpty()) continue;
+      if (const auto cell = column.read(line.mid(column.valueAt))) inventory.apps.back()[at] = *cell;
       const bool whole = line.end() != scriptOutput.end();
-      if (line.startsWith(lastTag) && whole) inventory.cut = false;
-    } else {
-      const QString word = line.trimmed().toString();
-      if (!word.isEmpty()) inventory.words << word;
-      if (!inventory.apps.isEmpty() && isAdbError(word)) inventory.cut = true;
+      if (at == lastColumn && whole) inventory.cut = false;
     }
+    if (tagged) continue;
+    const QString word = line.trimmed().toString();
+    if (!word.isEmpty() && !isServerNote(word)) inventory.words << word;
+    if (!inventory.apps.isEmpty() && isAdbError(word)) inventory.cut = true;
   }
   return inventory;
 }

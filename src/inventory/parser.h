@@ -4,23 +4,24 @@
 #include <QString>
 #include <array>
 
+#include "inventory/columns.h"
+
 namespace orvanta {
 
-/// One app as the script printed it: the texts of the columns up to `ColDataSpace`, as parts of the output.
-/// Line ends and the blank behind the package belong to them.
-using InventoryApp = std::array<QStringView, 8>;
+/// One app as the script printed it: the texts of its cells, as parts of the output, with the line ends and
+/// the blank after the package.
+using InventoryApp = std::array<QStringView, inventoryColumns>;
 
 struct Inventory {
   QList<InventoryApp> apps;
-  /// The lines without a tag, less their line ends: what the tools had to say besides.
+  /// The lines without a tag, without line ends: other output of the tools.
   QList<QString> words;
-  /// The output ends in the middle: within the last app, or with an error of adb behind it.
+  /// The output is cut off: it ends within the last app, or with an error of adb.
   bool cut = false;
 };
 
-/// Reads the output of the inventory script. A tag counts only at the start of a line and in its own case;
-/// tagged lines before the first app belong to none and are dropped. The apps are good as long as the output
-/// is.
+/// Reads the output of the inventory script. A tag counts only at the start of a line and with exact case;
+/// tagged lines before the first app are dropped. The apps refer to the output and must not outlive it.
 Inventory readInventory(QStringView scriptOutput);
 
 }  // namespace orvanta

@@ -41,7 +41,7 @@ void AppTagCounter::feed(const QString& block) {
   constexpr QStringView tag = u"IP3x";
   const QString text = m_end + block;
   m_apps += static_cast<int>(text.count(tag));
-  // No end of the tag is its beginning too, so that a part kept here was not counted.
+  // No suffix of the tag is also its prefix, so a part kept here was not counted.
   m_end = text.right(tag.size() - 1);
 }
 

@@ -8,18 +8,18 @@ namespace orvanta {
 /// The program's web site, in front of the running count.
 inline constexpr QStringView SiteBanner = u"orvanta.example:";
 
-/// The count of apps as the device printed it, without returns, line feeds and asterisks. What is no number
-/// is the tool's own words.
+/// The count of apps as the device printed it, without returns, line feeds and asterisks. It can also be an
+/// error text.
 QString cleanedCount(const QString& reply);
 
-/// The number in a count text, where it is one that 16 bits hold.
+/// The number in a count text if it fits 16 bits.
 std::optional<int> countIn(const QString& AppCountText);
 
 /// "<banner> 12 of 60".
 QString progressCaption(int apps, const QString& AppCountText);
 
-/// Whole percent of the apps that have been read, as far as the count is a number other than 0; else 0. Above
-/// 100 where the script lists apps that the count left out.
+/// Whole percent of the apps that have been read; 0 if the count is 0 or not a number. Above 100 if the
+/// script lists apps that the count left out.
 int progressPercent(int apps, const QString& AppCountText);
 
 /// The width in twips of the box that `percent` draws; 0 when it draws none.

@@ -69,7 +69,6 @@ void Form5::drawBar(int twips) {
 void Form5::showEvent(QShowEvent* event) {
   Form::showEvent(event);
   if (event->spontaneous()) return;  // out of the task bar
-  move(screen()->availableGeometry().center() - rect().center());
   Timer1->start();
   busyStrip->begin(u"adb"_s);
 }

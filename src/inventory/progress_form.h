@@ -19,8 +19,8 @@ class ProgressLabel : public Label {
   void paintEvent(QPaintEvent* event) override;
 };
 
-/// How far the inventory is: a caption before a bar that grows. The user cannot close it; what he can do is
-/// stop the run, which an attempt to close it does too.
+/// How far the inventory is: a caption before a bar that grows. The user cannot close it, only stop the run;
+/// trying to close it stops the run too.
 class Form5 : public Form {
   Q_OBJECT
 
@@ -31,7 +31,7 @@ class Form5 : public Form {
   ProgressLabel* Label1;  ///< progress text
   BusyStrip* busyStrip;   ///< elapsed time, with Stop
 
-  /// Draws the bar as wide as `twips`, unless it is wider already: it is never cleared.
+  /// Widens the bar to `twips`; it never shrinks.
   void drawBar(int twips);
   /// The bar's width.
   int barTwips() const { return m_barTwips; }

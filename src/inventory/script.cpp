@@ -1,5 +1,8 @@
 #include "inventory/script.h"
 
+#include "adb/host.h"
+#include "platform/command_line.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -32,13 +35,16 @@ FOR /F "usebackq tokens=1,2,3,4,5 delims= " %%A IN (`CALL "!ADB!" !DEVICE! shell
 
 // Runs on the device, in mksh or whatever its sh is; needs of its tools only what Android 7 already had: pm,
 // dumpsys, du, sort and sed. awk and bc came later. Everything is one pipeline: the apps with their sizes,
-// sorted, then app by app what the other tools say of it.
+// sorted, then app by app what the other tools print about it.
 //
 // Sizes: what du prints, in KiB, counts above 4 only. `tenths` rounds KiB / 1024 to one decimal, the exact
 // halves (.25 and .75 MiB) to the even digit as printf does; whole numbers, since sh has no others, and in a
 // form that 32 bits hold.
 //
-// The tools get no input: they would eat the list that the loop reads.
+// du's complaints are dropped, since many apps have no folder to measure. Only if du says nothing about an
+// installed app do its first words go to the user, outside the list.
+//
+// The tools get no input: they would consume the list that the loop reads.
 constexpr QStringView deviceText =
     uR"sh(
 tenths() { t=$(($1 / 1024 * 10 + ($1 % 1024 == 256 ? 2 : ($1 % 1024 * 10 + 512) / 1024))); }
@@ -51,10 +57,11 @@ pm list packages -f -3 -u </dev/null | while IFS= read -r line; do
   case $line in package:*=*) ;; *) continue ;; esac
   case $name in '' | *[!A-Za-z0-9._-]*) continue ;; esac
   case $path in null) path= ;; esac
-  du -sk ${path:+"$path"} "/sdcard/Android/obb/$name" "/sdcard/Android/data/$name" </dev/null 2>/dev/null | {
-    apk=0 obb=0 data=0
+  du -sk ${path:+"$path"} "/sdcard/Android/obb/$name" "/sdcard/Android/data/$name" </dev/null 2>&1 | {
+    apk=0 obb=0 data=0 told= words=
     while read -r kib where; do
-      case $kib in '' | *[!0-9]*) continue ;; esac
+      case $kib in '' | *[!0-9]*) words=${words:-$kib $where}; continue ;; esac
+      told=1
       [ "$kib" -gt 4 ] || continue
       case $where in
         /sdcard/Android/obb/*) obb=$kib ;;
@@ -62,6 +69,7 @@ pm list packages -f -3 -u </dev/null | while IFS= read -r line; do
         *) apk=$kib ;;
       esac
     done
+    [ -n "$told" ] || [ -z "$path" ] || echo "${words:-du: $path}" >&2
     tenths $((apk + obb + data))
     key=$t
     size $((apk + obb + data)); total=$s
@@ -85,12 +93,12 @@ done | sort -n | while read -r key name total apk obb data path; do
 done
 )sh";
 
-/// `text` as one word of a POSIX shell.
-QString shellWord(const QString& text) {
-  return u'\'' + QString(text).replace(u'\'', u"'\\''"_s) + u'\'';
-}
-
 }  // namespace
+
+QString inventoryLine(const Host& host, bool hasTool) {
+  const QString tool = hasTool ? deviceBadgingTool.toString() : QString();
+  return AdbPrefix(host) + u" shell "_s + quotedArgument(u"tool=%1;"_s.arg(tool) + deviceText.toString());
+}
 
 QString badgingToolPath(const QString& applicationFolder) {
   return applicationFolder + u"/aapt-arm-pie"_s;
@@ -102,11 +110,11 @@ QString inventoryScript(const Host& host) {
 }
 
 QString batchInventoryScript(const QString& applicationFolder) {
-  // The folder last: it may hold what looks like the mark or a line end.
+  // The folder last: it may contain what looks like the mark or a line end.
   return batchText.toString().replace(u'\n', u"\r\n"_s).replace(u"%APP%"_s, applicationFolder);
 }
 
-// DEVICE is nobody's but the user's: options for adb, such as -s and a serial number.
+// DEVICE is set by the user only: options for adb, such as -s and a serial number.
 QString shellInventoryScript(const QString& applicationFolder) {
   return u"#!/bin/sh\nadb=%1\ntool=%2\n"_s.arg(shellWord(applicationFolder + u"/adb"_s),
                                                shellWord(badgingToolPath(applicationFolder))) +

@@ -1,5 +1,7 @@
 #include "inventory/shortcomings.h"
 
+#include <algorithm>
+
 #include "inventory/progress.h"
 
 using namespace Qt::StringLiterals;
@@ -10,13 +12,21 @@ namespace {
 
 constexpr qsizetype longestWords = 300;
 
-/// The last line of the output in which a tool complains; the report of a push is none.
+/// The last line in which a tool complains; the report of a push does not count.
 QString complaintIn(const QList<QString>& words) {
   for (auto line = words.rbegin(); line != words.rend(); ++line) {
     const bool report = line->contains(u" pushed"_s) || line->startsWith(u'[') || countIn(*line);
     if (!report) return line->left(longestWords);
   }
   return {};
+}
+
+/// If nothing could be measured, all sizes are 0.0, as they are if all apps are tiny. In the first case du
+/// has complained, on the hosts whose script shows that.
+bool hasSizes(const InventoryOutcome& outcome) {
+  const auto isOfDu = [](const QString& line) { return line.contains(u"du: "_s); };
+  return outcome.anySpace ||
+         (outcome.anySize && std::none_of(outcome.words.begin(), outcome.words.end(), isOfDu));
 }
 
 QString withWords(const QString& sentence, const QString& words) {
@@ -37,9 +47,9 @@ QString shortcomingsOf(const InventoryOutcome& outcome) {
     return withWords(
         u"只读到 %1 / %2 个应用 (Only %1 of %2 apps could be read)"_s.arg(outcome.apps).arg(*count),
         complaint);
-  // The count leaves out apps that the script lists, so that it cannot tell this alone.
+  // The count leaves out apps that the script lists, so it is not proof by itself.
   if (outcome.cut) return withWords(u"列表不完整 (The list is not complete)"_s, complaint);
-  if (!outcome.anySize)
+  if (!hasSizes(outcome))
     return withWords(u"设备没有给出大小 (The device did not tell the sizes)"_s, complaint);
   if (!outcome.hasBadgingTool)
     return u"缺少 aapt-arm-pie，没有应用名称 (aapt-arm-pie is missing beside the program: no app names)"_s;

@@ -6,7 +6,7 @@
 
 namespace orvanta {
 
-/// Whether the point lies in the rectangle; all four edges count as inside, and so does the pixel behind the
+/// Whether the point lies in the rectangle; all four edges count as inside, as does the pixel beyond the
 /// right and the bottom one.
 bool IsOver(const QRect& window, QPoint point);
 
@@ -21,14 +21,14 @@ struct PagedList {
 };
 
 /// The new top row after one wheel message: a page up where `Rotation` is above 0, else a page down. Nothing
-/// when the list does not scroll.
+/// if the list does not scroll.
 std::optional<int> FlexGridScroll(const PagedList& list, int Rotation);
 
 /// Gathers the small turns of touchpads and fine wheels until they make a notch, which is one message.
 class WheelNotches {
  public:
   /// `turn` in eighths of a degree, of which a notch has 120. Returns 1 (away from the user) or -1 when it
-  /// completes a notch, else 0. One turn is one message at most, so that no page passes unseen.
+  /// completes a notch, else 0. One turn makes at most one message, so that no page is skipped.
   int take(int turn);
 
  private:

@@ -1,98 +1,106 @@
 #include "monitor/device_watcher.h"
 
-#include <QApplication>
 #include <QFileInfo>
 
-#include "core/main_window.h"
-#include "core/tools.h"
+#include "adb/devices.h"
+#include "adb/lines.h"
+#include "core/workbench.h"
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
-#include "platform/file_moves.h"
 
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
-bool answersLikeADevice(const QString& devicesOutput) {
-  constexpr qsizetype longestHeading = 35;
-  return devicesOutput.size() > longestHeading;
-}
-
-DeviceWatcher::DeviceWatcher(apkinfo& form) : m_form(form), m_pollDOS(form) {
-  connect(form.Timer1, &QTimer::timeout, this, &DeviceWatcher::Timer1_Timer);
-  connect(form.Timer2, &QTimer::timeout, this, &DeviceWatcher::Timer2_Timer);
-  connect(form.Timer3, &QTimer::timeout, this, &DeviceWatcher::Timer3_Timer);
-  connect(&form, &apkinfo::closing, &m_pollDOS, &DOSOutputs::stop);
-}
-
-void DeviceWatcher::Timer1_Timer() {
-  m_form.txtOutputs->moveToEnd();
-}
-
-void DeviceWatcher::Timer2_Timer() {
-  const auto frames = static_cast<qint16>(m_form.Picture2.size());
-  m_form.Picture2[static_cast<size_t>(m_form.AnimationFrame)]->setVisible(false);
-  m_form.AnimationFrame = static_cast<qint16>((m_form.AnimationFrame + 1) % frames);
-  m_form.Picture2[static_cast<size_t>(m_form.AnimationFrame)]->setVisible(true);
+DeviceWatcher::DeviceWatcher(Workbench& bench, std::function<bool()> inFront, std::chrono::milliseconds limit)
+    : m_bench(bench), m_inFront(std::move(inFront)), m_pollDOS(bench, &m_poll) {
+  m_pollDOS.setBound({longestReply, true});
+  m_limit.setSingleShot(true);
+  m_limit.setInterval(limit);
+  connect(&m_limit, &QTimer::timeout, &m_poll, &Turn::requestStop);
+  connect(&bench.turn, &Turn::begun, &m_poll, &Turn::requestStop);
 }
 
 bool DeviceWatcher::overtaken(quint64 asked) const {
-  return m_form.WatcherHold || m_form.turn().count() != asked;
+  return m_bench.state.WatcherHold || m_bench.turn.count() != asked;
 }
 
 QCoro::Task<> DeviceWatcher::Timer3_Timer() {
-  if (m_form.WatcherHold || m_form.turn().taken() || m_polling) co_return;
-  m_polling = true;
-  const quint64 asked = m_form.turn().count();
+  if (m_bench.state.WatcherHold || m_bench.turn.taken()) co_return;
+  const auto poll = m_poll.begin();
+  if (!poll) {
+    tellSeen();
+    co_return;
+  }
+  m_limit.start();
+  const quint64 asked = m_bench.turn.count();
   const bool connected = co_await DeviceConnected();
   if (!overtaken(asked)) {
     if (connected) {
       co_await deviceAnswered(asked);
     } else {
-      deviceGone();
+      m_bench.state.setPhase(Availability::Phase::Gone);
     }
     if (!overtaken(asked)) returnPackageName();
   }
-  m_polling = false;
 }
 
 QCoro::Task<bool> DeviceWatcher::DeviceConnected() {
   // Only the main window itself counts: while the user is elsewhere, adb is left alone.
-  if (QApplication::activeWindow() != &m_form) co_return false;
-  const QString line = AdbPrefix(Host::current()) + u" devices"_s;
-  const QString output = co_await m_form.runQuietly(m_pollDOS, line);
+  m_facts.inFront = m_inFront();
+  if (!m_facts.inFront) {
+    m_silence.invalidate();
+    tellSeen();
+    co_return false;
+  }
+  if (!m_silence.isValid()) m_silence.start();
+  const quint64 asked = m_bench.turn.count();
+  const QString line = devicesLine(Host::current());
+  const QString output = co_await m_bench.runQuietly(m_pollDOS, line);
+  noteReply(asked);
   co_return answersLikeADevice(output);
 }
 
-QCoro::Task<> DeviceWatcher::deviceAnswered(quint64 asked) {
-  if (m_form.Label7->Caption() == u" Gb"_s) {
-    co_await StorageReport(m_form, m_pollDOS);
-    if (overtaken(asked)) co_return;
-  }
-  if (m_form.NoApkLoaded == 0) {
-    m_form.Command1->setEnabled(true);
-    m_form.Command2->setEnabled(true);
-  }
-  for (Button* button : {m_form.Command6, m_form.Command11, m_form.Command12}) button->setEnabled(true);
-  if (!m_form.module().InstalledAppsClosed) m_form.Command9->setEnabled(true);
-  m_form.Command10->setEnabled(true);
-  const bool installed = co_await CompareInstalledVersion(m_form, m_pollDOS);
-  if (overtaken(asked)) co_return;
-  m_form.Command5->setEnabled(installed);
-  m_form.Command4->setEnabled(installed);
+void DeviceWatcher::noteReply(quint64 asked) {
+  // A poll that a handler has ended owes nothing.
+  if (m_pollDOS.answered() || m_bench.turn.count() != asked) m_silence.invalidate();
+  // The notes on the server are no answer of the headset's, but they tell of quarrels about it.
+  if (m_pollDOS.answered()) m_facts.answer = m_pollDOS.Outputs();
+  tellSeen();
 }
 
-void DeviceWatcher::deviceGone() {
-  for (Button* button : {m_form.Command2, m_form.Command1, m_form.Command4, m_form.Command5, m_form.Command6,
-                         m_form.Command9, m_form.Command10, m_form.Command11, m_form.Command12}) {
-    button->setEnabled(false);
+void DeviceWatcher::tellSeen() {
+  constexpr qint64 second = 1000;
+  // The poll itself goes on only when the user has closed the box about it.
+  const auto error = m_pollDOS.startError();
+  m_facts.tool = error ? toolAfterStartFailure(*error) : ConnectionFacts::Tool::Runs;
+  if (error) m_silence.invalidate();
+  m_facts.silentSeconds = m_silence.isValid() ? static_cast<int>(m_silence.elapsed() / second) : 0;
+  Q_EMIT seen(m_facts);
+}
+
+QCoro::Task<> DeviceWatcher::lookAnew() {
+  m_silence.invalidate();
+  m_facts = {};
+  Q_EMIT seen(m_facts);
+  co_await Timer3_Timer();
+}
+
+QCoro::Task<> DeviceWatcher::deviceAnswered(quint64 asked) {
+  if (m_bench.state.headset().storage.size.isEmpty()) {
+    co_await StorageReport(m_bench, m_pollDOS);
+    if (overtaken(asked)) co_return;
   }
+  m_bench.state.setPhase(Availability::Phase::Answered);
+  const bool installed = co_await CompareInstalledVersion(m_bench, m_pollDOS);
+  if (overtaken(asked)) co_return;
+  m_bench.state.setMayUninstall(installed);
 }
 
 void DeviceWatcher::returnPackageName() {
-  if (!m_form.RenameBackDue || !QFileInfo::exists(m_form.TempZipPath)) return;
-  // The very name that it had, with its own capitals; where that is taken, the next poll tries again.
-  if (renameNoReplace(m_form.TempZipPath, m_form.ApkPath)) m_form.RenameBackDue = false;
+  if (!m_bench.state.package.RenameBackDue || !QFileInfo::exists(m_bench.state.package.TempZipPath)) return;
+  // The exact old name, with its capitals; if that is taken, the next poll tries again.
+  if (m_bench.state.package.packageName.giveBack()) m_bench.state.package.RenameBackDue = false;
 }
 
 }  // namespace orvanta

@@ -1,7 +1,9 @@
 #include "monitor/installed_version.h"
 
-#include "core/main_window.h"
-#include "core/tools.h"
+#include "adb/device_names.h"
+#include "adb/installed_build.h"
+#include "adb/lines.h"
+#include "core/workbench.h"
 #include "monitor/installed_build.h"
 
 using namespace Qt::StringLiterals;
@@ -10,91 +12,57 @@ namespace orvanta {
 
 namespace {
 
-constexpr FormColor green = 65280;
-constexpr FormColor red = 255;
-constexpr FormColor white = 16777215;
 const QString notInstalled = u"未安装"_s;
 
-/// The output of `dumpsys package`, or nothing for a name that must not reach the device's shell.
-QCoro::Task<QString> askDevice(apkinfo& form, DOSOutputs& runner, QString package) {
-  if (!isFitPackageName(package)) co_return QString();
+/// The output of `dumpsys package`, or nothing for a name that must not reach the device's shell. Without a
+/// name the reply would be about all packages.
+QCoro::Task<QString> askDevice(Workbench& bench, DOSOutputs& runner, QString package) {
+  if (package.isEmpty() || !isFitPackageName(package)) co_return QString();
   const QString line = dumpsysLine(Host::current(), package);
-  const QString output = co_await form.runQuietly(runner, line);
+  const QString output = co_await bench.runQuietly(runner, line);
   co_return output;
 }
 
-/// Paints the rows in which a build was found. Returns the word for the console, empty for the undecided one.
-QString paint(Label* label, BuildVerdict verdict, const QString& number) {
-  QString word;
-  switch (verdict) {
-    case BuildVerdict::Older:
-      word = u"Older"_s;
-      break;
-    case BuildVerdict::Newer:
-      word = u"Newer"_s;
-      break;
-    case BuildVerdict::Same:
-      word = u"Same"_s;
-      break;
-    case BuildVerdict::NotInstalled:
-    case BuildVerdict::Undecided:
-      return word;
-  }
-  label->setCaption(u" %1 (%2)"_s.arg(number, word));
-  label->setToolTip(u' ' + number);
-  label->setBackColor(verdict == BuildVerdict::Older ? green : red);
-  if (verdict != BuildVerdict::Older) label->setForeColor(white);
-  return word;
-}
-
 /// Says why nothing is asked about a package of such a name.
-void sayUnfit(apkinfo& form, const QString& package) {
+void sayUnfit(Workbench& bench, const QString& package) {
   if (!isFitPackageName(package))
-    form.say(u"包名不能用于设备命令 (The package name cannot be used in a device command)"_s);
+    bench.say(u"包名不能用于设备命令 (The package name cannot be used in a device command)"_s);
 }
 
 }  // namespace
 
-QCoro::Task<bool> showInstalledBuildAtStart(apkinfo& form) {
-  const QString package = form.ManifestFields[1];
-  form.ToolOutput = co_await askDevice(form, *form.objDOS, package);
-  form.ManifestFields[6] = installedBuildIn(form.ToolOutput);
-  form.Timer1->start();
-  const QString number = form.ManifestFields[6];
-  const BuildVerdict verdict = compareBuilds(number, form.ManifestFields[2]);
+QCoro::Task<bool> showInstalledBuildAtStart(Workbench& bench) {
+  State& state = bench.state;
+  const QString package = state.package.package();
+  const QString output = co_await askDevice(bench, bench.objDOS, package);
+  // A question that was stopped says nothing about the package.
+  if (output.isEmpty() && bench.turn.stopped()) co_return false;
+  const QString number = installedBuildIn(output);
+  state.package.ManifestFields[FieldInstalledBuild] = number;
+  const BuildVerdict verdict = compareBuilds(number, state.package.versionCode());
+  state.setInstalledBuild(verdict, number);
   if (verdict == BuildVerdict::NotInstalled) {
-    form.Label6->setCaption(notInstalled);
-    form.txtOutputs->setText(u"\r\n"_s + notInstalled + u"\r\n"_s);
-    form.Command4->setEnabled(false);
-    form.Command5->setEnabled(false);
-    sayUnfit(form, package);
+    bench.console.setText(u"\r\n"_s + notInstalled + u"\r\n"_s);
+    state.setMayUninstall(false);
+    sayUnfit(bench, package);
     co_return true;
   }
-  const QString word = paint(form.Label6, verdict, number);
-  if (word.isEmpty()) co_return false;
-  form.txtOutputs->setText(u"\r\n"_s + word + u" Buildnumber found\r\n"_s);
+  if (verdict == BuildVerdict::Undecided) co_return false;
+  bench.console.setText(u"\r\n"_s + wordOf(verdict) + u" Buildnumber found\r\n"_s);
   co_return true;
 }
 
-QCoro::Task<bool> CompareInstalledVersion(apkinfo& form, DOSOutputs& runner) {
-  if (form.Label5->Caption().isEmpty() || form.NoApkLoaded == 1) co_return false;
-  const quint64 asked = form.turn().count();
-  const QString output = co_await askDevice(form, runner, form.Label2->Caption());
-  if (form.turn().count() != asked) co_return form.InstalledSeen;
-  form.ToolOutput = output;
-  if (output.isEmpty()) co_return form.InstalledSeen;
-  form.InstalledSeen = true;
+QCoro::Task<bool> CompareInstalledVersion(Workbench& bench, DOSOutputs& runner) {
+  State& state = bench.state;
+  if (state.package.ApkFileName.isEmpty() || state.package.NoApkLoaded == 1) co_return false;
+  const quint64 asked = bench.turn.count();
+  const QString output = co_await askDevice(bench, runner, state.package.package());
+  if (bench.turn.count() != asked || output.isEmpty()) co_return state.headset().InstalledSeen;
   const QString number = installedBuildIn(output);
-  const BuildVerdict verdict = compareBuilds(number, form.Label4->Caption());
-  if (verdict == BuildVerdict::NotInstalled) {
-    form.Label6->setCaption(notInstalled);
-    form.Label6->setBackColor(form.NormalBackColor.toInt());
-    form.Label6->setForeColor(form.NormalForeColor.toInt());
-    form.InstalledSeen = false;
-    co_return false;
-  }
-  paint(form.Label6, verdict, number);
-  co_return true;
+  const BuildVerdict verdict = compareBuilds(number, state.package.versionCode());
+  state.setInstalledBuild(verdict, number);
+  state.setInstalledSeen(verdict != BuildVerdict::NotInstalled);
+  co_return state.headset().InstalledSeen;
 }
 
 }  // namespace orvanta

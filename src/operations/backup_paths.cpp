@@ -1,5 +1,7 @@
 #include "operations/backup_paths.h"
 
+#include "core/paths.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -15,7 +17,7 @@ QString restoreFolder(const QString& chosen, const QString& package, const HostS
 }
 
 QString withEnding(const QString& path, const QString& ending, const HostStyle& style) {
-  // 255 units are what the narrowest of today's file systems take: bytes there, UTF-16 units elsewhere.
+  // Common file systems limit a name to 255 units: bytes on some, UTF-16 units on others.
   constexpr qsizetype longestName = 255;
   const QString folder = ParentPath(path, style);
   QString name = path.mid(folder.size());

@@ -8,7 +8,7 @@
 namespace orvanta {
 
 /// The entries "Backup Non-Root App Data" and "Restore Non-Root App Data": copy an app's folder on the shared
-/// storage to the desktop and back. The copy bears the package's name.
+/// storage to the desktop and back. The copy is named after the package.
 class DataCopy : public QObject {
   Q_OBJECT
 
@@ -19,6 +19,8 @@ class DataCopy : public QObject {
   QCoro::Task<> mnu_Restore_Click();
 
  private:
+  QCoro::Task<QString> askDestination(QString package);
+  QCoro::Task<bool> isTakenForData(QString copy);
   QCoro::Task<> push(QString package, QString copy);
 
   MenuContext& m_menu;

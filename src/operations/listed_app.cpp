@@ -3,9 +3,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-#include "core/tools.h"
-#include "operations/command_lines.h"
-#include "operations/replies.h"
+#include "adb/lines.h"
+#include "adb/outcome.h"
+#include "adb/replies.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +18,7 @@ ListedApp::ListedApp(MenuContext& menu) : m_menu(menu) {
 }
 
 QCoro::Task<> ListedApp::mnu_startAPK_Click() {
-  const auto turn = m_menu.form().turn().begin();
+  const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString package = m_menu.window().SelectedPackage();
   const bool usable = co_await m_menu.isUsable(package);
@@ -30,7 +30,7 @@ QCoro::Task<> ListedApp::mnu_startAPK_Click() {
 }
 
 QCoro::Task<> ListedApp::mnu_uninstall_Click() {
-  const auto turn = m_menu.form().turn().begin();
+  const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString cell = m_menu.window().CellText(ColPackage);
   const QString package = m_menu.window().SelectedPackage();
@@ -41,10 +41,13 @@ QCoro::Task<> ListedApp::mnu_uninstall_Click() {
     co_await m_menu.showBox(box);
     co_return;
   }
-  m_LastUninstalled = cell;
   const bool usable = co_await m_menu.isUsable(package);
   if (!usable) co_return;
-  co_await m_menu.execute(uninstallListedLine(Host::current(), package));
+  co_await m_menu.execute(uninstallLine(Host::current(), package));
+  // A run that was stopped, did not start or did not reach the headset may be repeated.
+  const Outcome::Kind kind = uninstallOutcome(m_menu.LastReply).kind;
+  const bool answered = kind != Outcome::Kind::Empty && kind != Outcome::Kind::NotReached;
+  if (answered && !m_menu.bench().turn.stopped()) m_LastUninstalled = cell;
   if (!saysUninstalled(m_menu.LastReply)) {
     co_await m_menu.showError(m_menu.told());
     co_return;
@@ -56,10 +59,9 @@ QCoro::Task<> ListedApp::mnu_uninstall_Click() {
 }
 
 void ListedApp::mnuCopy_Click() {
-  const FlexGrid& grid = *m_menu.window().MSFlexGrid1;
-  QClipboard* clipboard = QGuiApplication::clipboard();
-  clipboard->clear();
-  clipboard->setText(grid.TextMatrix(grid.Row(), grid.Col()).trimmed());
+  if (m_menu.window().MSFlexGrid1->Row() < 1) return;
+  const QString text = m_menu.window().SelectedText();
+  if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
 }
 
 }  // namespace orvanta

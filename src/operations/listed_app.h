@@ -7,7 +7,8 @@
 
 namespace orvanta {
 
-/// The entries that act on the selected row with no file on the desktop: "Launch App", "卸载 APK" and "Copy".
+/// The entries that act on the selected row and write no file on the desktop: "Launch App", "卸载 APK" and
+/// "Copy".
 class ListedApp : public QObject {
   Q_OBJECT
 
@@ -16,9 +17,11 @@ class ListedApp : public QObject {
 
   /// Starts the app on the headset; an app without an activity for a launcher by its immersive one.
   QCoro::Task<> mnu_startAPK_Click();
-  /// Removes the app. The grid keeps its row, so a second press on the same row runs nothing.
+  /// Removes the app. Its row stays in the grid, so once this was answered, a second press on the same row
+  /// runs nothing.
   QCoro::Task<> mnu_uninstall_Click();
-  /// Puts the current cell's text on the clipboard, less the line end that it keeps.
+  /// Puts the current cell's text on the clipboard without its line end; for the menu's cell the package
+  /// name.
   void mnuCopy_Click();
 
  private:

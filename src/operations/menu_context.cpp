@@ -2,7 +2,8 @@
 
 #include <QUrl>
 
-#include "core/tools.h"
+#include "adb/device_names.h"
+#include "adb/replies.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,24 +11,43 @@ namespace orvanta {
 
 QCoro::Task<> MenuContext::execute(QString line) {
   const QString reply = co_await m_window.objDOS->ExecuteCommand(line);
-  LastReply = reply;
+  LastReply = withoutServerNotes(reply);
 }
 
 QCoro::Task<QString> MenuContext::ask(QString line) {
   if (line.isEmpty()) co_return QString();
   const QString reply = co_await m_window.objDOS->ExecuteCommand(line);
-  co_return reply;
+  co_return withoutServerNotes(reply);
 }
 
 QCoro::Task<bool> MenuContext::isUsable(QString package) {
-  if (!package.isEmpty() && isFitPackageName(package)) co_return true;
+  if (!package.isEmpty() && isFitPackageName(package)) {
+    const bool goesOn = co_await isHeadsetOfList(m_window.answering());
+    co_return goesOn;
+  }
   co_await showError(u"包名不可用，什么都没有做 (No usable package name: nothing was done): "_s + package);
   co_return false;
 }
 
+QCoro::Task<bool> MenuContext::isHeadsetOfList(HeadsetIdentity answering) {
+  m_window.noteAnswering(answering);
+  if (!m_window.isOfAnotherHeadset()) co_return true;
+  MessageBox box;
+  box.text =
+      u"这个列表来自另一台头显 (The list is of another headset)\r\n\r\n列表 (list): %1\r\n现在 (now): "
+      u"%2\r\n\r\n"
+      "对现在的头显继续吗？ (Go on with the one that answers now?)"_s.arg(m_window.headset().name(),
+                                                                          answering.name());
+  box.icon = BoxIcon::Warning;
+  box.buttons = BoxButtons::YesNo;
+  box.preselected = BoxAnswer::No;
+  const BoxAnswer answer = co_await showBox(box);
+  co_return answer == BoxAnswer::Yes;
+}
+
 QString MenuContext::told() const {
   const bool silent = LastReply.trimmed().isEmpty();
-  if (m_form.turn().stopped()) {
+  if (m_bench.turn.stopped()) {
     const QString stopped = u"已停止 (Stopped)"_s;
     return silent ? stopped : stopped + u"\r\n"_s + LastReply;
   }
@@ -35,10 +55,7 @@ QString MenuContext::told() const {
 }
 
 QCoro::Task<BoxAnswer> MenuContext::showBox(MessageBox box) {
-  // While the user reads, nothing runs that could be stopped.
-  for (const QPointer<BusyStrip>& strip : strips()) {
-    if (strip != nullptr) strip->end();
-  }
+  m_bench.turn.noteQuestion();
   const BoxAnswer answer = co_await desktop().showBox(box);
   co_return answer;
 }
@@ -57,6 +74,21 @@ QCoro::Task<> MenuContext::showError(QString text, QString title) {
   box.icon = BoxIcon::Critical;
   box.title = title;
   co_await showBox(box);
+}
+
+QCoro::Task<bool> MenuContext::mayCopyTo(QString place, CopyKind kind) {
+  const CopyKind there = copyKindAt(place);
+  if (there == CopyKind::Nothing || there == kind) co_return true;
+  QString what;
+  if (there == CopyKind::File) what = u"这里有一个同名的文件 (There is a file of this name here)"_s;
+  if (there == CopyKind::ExpansionFiles)
+    what = u"这里似乎已有这个应用的 OBB 备份 (There seems to be a backup of this app's OBB files here)"_s;
+  if (there == CopyKind::Data)
+    what = u"这里似乎已有这个应用的数据备份 (There seems to be a backup of this app's data here)"_s;
+  co_await showError(
+      what + u"\r\n"_s + place +
+      u"\r\n\r\n两者同名，请换一个文件夹 (Both bear the same name: please take another folder)"_s);
+  co_return false;
 }
 
 void MenuContext::presentFolder(const QString& folder) {

@@ -3,10 +3,11 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "core/tools.h"
+#include "adb/device_names.h"
+#include "adb/lines.h"
+#include "adb/replies.h"
+#include "core/paths.h"
 #include "operations/backup_paths.h"
-#include "operations/command_lines.h"
-#include "operations/replies.h"
 #include "operations/safe_pull.h"
 
 using namespace Qt::StringLiterals;
@@ -26,39 +27,52 @@ PackageBackup::PackageBackup(MenuContext& menu) : m_menu(menu) {
 }
 
 QCoro::Task<> PackageBackup::mnu_backup_apk_Click() {
-  const auto turn = m_menu.form().turn().begin();
+  const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString package = m_menu.window().SelectedPackage();
   const QString target = co_await savePackage(package, u"Error"_s, false);
-  if (!target.isEmpty()) m_menu.presentFolder(ParentPath(target));
+  if (!target.isEmpty()) presentBackup(target);
 }
 
 QCoro::Task<> PackageBackup::mnu_backup_apk_obb_Click() {
-  const auto turn = m_menu.form().turn().begin();
+  const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString package = m_menu.window().SelectedPackage();
   co_await m_menu.showInformation(u"请稍候，这可能需要一段时间..."_s, u"Chill"_s);
   const QString target = co_await savePackage(package, u"Orvanta"_s, true);
   if (target.isEmpty()) co_return;
   co_await saveExpansionFiles(package, target);
-  m_menu.presentFolder(ParentPath(target));
+  presentBackup(target);
 }
 
-/// Returns the file that holds the package now; an empty text when there is none.
+void PackageBackup::noteKept(const PullOutcome& outcome) {
+  const QString kept = outcome.keptText(PullOutcome::Names::Short);
+  if (!kept.isEmpty()) m_kept << kept;
+}
+
+void PackageBackup::presentBackup(const QString& target) {
+  m_menu.presentFolder(ParentPath(target));
+  m_menu.window().sayOutcome({m_news.join(newsSeparator), m_kept.join(newsSeparator)});
+}
+
+/// Returns the file that holds the package now; empty if the backup did not complete.
 QCoro::Task<QString> PackageBackup::savePackage(QString package, QString pathErrorTitle, bool folderFollows) {
+  m_news.clear();
+  m_kept.clear();
+  m_noExpansionFiles = false;
   const bool usable = co_await m_menu.isUsable(package);
   if (!usable) co_return QString();
   co_await m_menu.execute(packagePathLine(Host::current(), package));
-  const QString reply = withoutServerNotes(m_menu.LastReply);
+  const QString reply = m_menu.LastReply;
   if (!namesPackageFile(reply)) {
-    const bool silent = reply.trimmed().isEmpty() && !m_menu.form().turn().stopped();
-    // That is how the device says that it has no such package.
+    const bool silent = reply.trimmed().isEmpty() && !m_menu.bench().turn.stopped();
+    // This is how the device says that it does not have the package.
     const QString text =
         silent
             ? u"设备上没有这个应用，或没有回答 (The headset has no such app, or gave no answer): "_s + package
             : m_menu.told();
     co_await m_menu.showError(text, pathErrorTitle);
-    if (m_menu.form().turn().stopped()) co_return QString();
+    if (m_menu.bench().turn.stopped()) co_return QString();
   }
   const QString remotePath = packageFileIn(reply);
   const QString folderName = folderFollows ? package : QString();
@@ -69,12 +83,30 @@ QCoro::Task<QString> PackageBackup::savePackage(QString package, QString pathErr
   task.remotePath = remotePath;
   task.place = target;
   const PullOutcome outcome = co_await pullSafely(m_menu, task);
-  if (outcome.complete) co_return QString(target);
-  co_await m_menu.showError(failureText(m_menu, outcome));
+  if (outcome.complete) {
+    m_news << u"✓ 已备份 (Backed up): "_s + QFileInfo(target).fileName() + u", "_s +
+                  figures(1, outcome.copied.bytes, false);
+    if (!outcome.notes.isEmpty()) m_news << outcome.notes.trimmed();
+    noteKept(outcome);
+    co_return QString(target);
+  }
+  QString text = failureText(m_menu, outcome);
+  const qsizetype files = reply.count("package:"_L1);
+  if (files > 1)
+    text.prepend(
+        u"这个应用由 %1 个文件组成，“全部备份”可以保存它们 (This app has %1 files; \"Back up everything\" "
+        u"saves "
+        "them)\r\n\r\n"_s.arg(files));
+  co_await m_menu.showError(text);
   co_return QString();
 }
 
 QCoro::Task<> PackageBackup::saveExpansionFiles(QString package, QString target) {
+  const QString none = u"头显上没有 OBB (no OBB files on the headset)"_s;
+  if (m_noExpansionFiles) {
+    m_news << none;
+    co_return;
+  }
   PullTask task;
   task.remotePath = obbPathOnDevice(package);
   task.place = ParentPath(target) + package;
@@ -82,8 +114,12 @@ QCoro::Task<> PackageBackup::saveExpansionFiles(QString package, QString target)
   const Host host = Host::current();
   task.line = pullLine(host, task.remotePath, ParentPath(target) + host.style.separator + package);
   const PullOutcome outcome = co_await pullSafely(m_menu, task);
-  // Many apps have none.
+  // Many apps have no expansion files.
   const bool nothingThere = outcome.asBefore && saysRemoteMissing(m_menu.LastReply);
+  if (nothingThere) m_news << none;
+  if (outcome.complete && outcome.notes.isEmpty())
+    m_news << u"OBB: "_s + figures(outcome.copied.files, outcome.copied.bytes, true);
+  noteKept(outcome);
   if (outcome.complete ? outcome.notes.isEmpty() : nothingThere) co_return;
   co_await m_menu.showError(failureText(m_menu, outcome));
 }
@@ -104,6 +140,13 @@ QCoro::Task<QString> PackageBackup::SaveApkDialog(QString DefaultName, QString I
   }
 }
 
+QCoro::Task<bool> PackageBackup::hasExpansionFiles(QString package) {
+  const QString reply = co_await m_menu.ask(sizesLine(Host::current(), obbPathOnDevice(package)));
+  const DeviceSizes sizes = sizesIn(reply);
+  const bool none = saysRemoteMissing(reply) || (!reply.isEmpty() && sizes.known() && sizes.files == 0);
+  co_return !none || m_menu.bench().turn.stopped();
+}
+
 QCoro::Task<bool> PackageBackup::maySave(QString target, QString folderName) {
   const QFileInfo info(target);
   QString problem;
@@ -118,6 +161,16 @@ QCoro::Task<bool> PackageBackup::maySave(QString target, QString folderName) {
   if (!problem.isEmpty()) {
     co_await m_menu.showError(problem);
     co_return false;
+  }
+  if (!folderName.isEmpty()) {
+    const QString place = ParentPath(target) + folderName;
+    // The place may be another backup's if nothing comes to it.
+    bool comes = true;
+    if (copyKindAt(place) == CopyKind::Data) comes = co_await hasExpansionFiles(folderName);
+    m_noExpansionFiles = !comes;
+    bool may = true;
+    if (comes) may = co_await m_menu.mayCopyTo(place, CopyKind::ExpansionFiles);
+    if (!may) co_return false;
   }
   if (!info.exists() && !info.isSymLink()) co_return true;
   MessageBox box;

@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include "operations/menu_context.h"
+#include "operations/safe_pull.h"
 
 namespace orvanta {
 
@@ -23,8 +24,16 @@ class PackageBackup : public QObject {
   QCoro::Task<> saveExpansionFiles(QString package, QString target);
   QCoro::Task<QString> SaveApkDialog(QString DefaultName, QString InitialFolder, QString folderName);
   QCoro::Task<bool> maySave(QString target, QString folderName);
+  QCoro::Task<bool> hasExpansionFiles(QString package);
+
+  void noteKept(const PullOutcome& outcome);
+  void presentBackup(const QString& target);
 
   MenuContext& m_menu;
+  bool m_noExpansionFiles = false;  // the headset has said so
+  // What to say of the backup when it has ended.
+  QStringList m_news;
+  QStringList m_kept;
 };
 
 }  // namespace orvanta

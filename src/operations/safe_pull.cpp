@@ -1,10 +1,15 @@
 #include "operations/safe_pull.h"
 
 #include <QFileInfo>
+#include <QThread>
+#include <QTimer>
 
-#include "operations/command_lines.h"
+#include "adb/lines.h"
+#include "adb/replies.h"
+#include "backups/copy_note.h"
 #include "operations/local_copy.h"
-#include "operations/replies.h"
+#include "platform/awaited.h"
+#include "platform/file_sync.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,59 +17,89 @@ namespace orvanta {
 
 namespace {
 
+constexpr int arrivalInterval = 100;  // milliseconds
+constexpr std::chrono::milliseconds betweenLooks{5};
+
 bool isSame(const DeviceSizes& device, const LocalSizes& local) {
   return device.files == local.files && device.bytes == local.bytes;
-}
-
-QString figures(qint64 files, qint64 bytes, bool isFolder) {
-  const QString size = QString::number(bytes) + u" bytes"_s;
-  return isFolder ? QString::number(files) + u" files, "_s + size : size;
 }
 
 QCoro::Task<DeviceSizes> askSizes(MenuContext& menu, QString remotePath) {
   const QString reply = co_await menu.ask(sizesLine(Host::current(), remotePath));
   DeviceSizes sizes = sizesIn(reply);
-  // A call that was not made, or that was stopped, says nothing about the files.
-  sizes.answered = remotePath.startsWith(u'/') && !menu.form().turn().stopped();
+  // A call that was not made or was stopped says nothing about the files.
+  sizes.answered = remotePath.startsWith(u'/') && !menu.bench().turn.stopped();
   co_return sizes;
 }
 
 bool saysPulled(const QString& reply, const PullTask& task, const DeviceSizes& expected) {
   if (!task.isFolder) return saysOneFilePulled(reply) && QFileInfo(task.place).isFile();
   if (!QFileInfo(task.place).isDir()) return false;
-  // A folder that may not be listed looks empty to the tool.
-  const bool isEmpty = expected.known() && expected.files == 0 && reply.contains("0 files pulled"_L1);
+  // A folder that adb may not list looks empty to it.
+  const bool isEmpty = expected.known() && expected.files == 0 && saysNoFilesPulled(reply);
   return isEmpty || saysFolderPulled(reply);
 }
 
+QCoro::Task<bool> isOnDisk(QString place) {
+  bool synced = false;
+  const std::unique_ptr<QThread> thread(QThread::create([&synced, &place] { synced = syncToDisk(place); }));
+  thread->start();
+  while (!thread->isFinished()) co_await Delay(betweenLooks);
+  co_return synced;
+}
+
+/// The text for a failed pull about which the tool said nothing.
+QString silence(const MenuContext& menu) {
+  if (menu.LastReply.trimmed().isEmpty()) return menu.told();
+  return u"传输中断了，adb 没有说原因 (The transfer broke off; adb did not say why)"_s;
+}
+
 }  // namespace
+
+QString figures(qint64 files, qint64 bytes, bool isFolder) {
+  const QString size = QString::number(bytes) + u" bytes"_s;
+  return isFolder ? QString::number(files) + u" files, "_s + size : size;
+}
+
+void settleCopies(Workbench& bench) {
+  const QStringList settled = settleJournal([](const QJsonObject& note) {
+    return note[u"kind"].toString() == copyNoteKind ? LocalCopy::settle(note) : Settled{false};
+  });
+  for (const QString& line : settled) bench.say(line);
+}
 
 QCoro::Task<PullOutcome> pullSafely(MenuContext& menu, PullTask task) {
   PullOutcome outcome;
   DeviceSizes expected = co_await askSizes(menu, task.remotePath);
   LocalCopy copy(task.place);
-  if (!copy.setAside()) {
+  settleCopies(menu.bench());
+  const QString problem = copy.begin();
+  if (!problem.isEmpty()) {
     menu.LastReply.clear();
-    outcome.notes =
-        u"原有的文件不能改名，没有开始备份 (The earlier copy cannot be renamed; no backup was "
-        "begun): "_s +
-        task.place + u"\r\n"_s;
+    outcome.notes = problem + u"\r\n"_s;
     co_return outcome;
   }
+  outcome.begun = true;
   {
-    const PullProgress progress(menu.strips(), task.place, expected.known() ? expected.bytes : 0);
+    const PullProgress progress(menu.bench().turn, task.place, expected.known() ? expected.bytes : 0);
+    QTimer arrival;
+    QObject::connect(&arrival, &QTimer::timeout, &arrival, [&copy, &arrival] {
+      if (copy.noteArrival()) arrival.stop();
+    });
+    arrival.start(arrivalInterval);
     co_await menu.execute(task.line);
   }
   bool compared = true;
   outcome.complete = saysPulled(menu.LastReply, task, expected);
   if (outcome.complete) {
     const LocalSizes here = localSizes(task.place);
-    // An app that runs meanwhile writes into its folder.
+    outcome.copied = here;
+    // A running app may write to its folder meanwhile.
     if (!expected.known() || !isSame(expected, here)) {
       const DeviceSizes now = co_await askSizes(menu, task.remotePath);
       if (now.known() || !expected.known()) expected = now;
     }
-    // What the device could not let be read, the tool could not bring either: the rest must be the same.
+    // adb could not copy what the device does not let anyone read; the rest must be equal.
     const bool comparable = expected.answered && (expected.known() || expected.files > 0);
     if (comparable && !isSame(expected, here)) {
       outcome.complete = false;
@@ -81,24 +116,58 @@ QCoro::Task<PullOutcome> pullSafely(MenuContext& menu, PullTask task) {
       outcome.notes = u"大小无法核对 (The size could not be compared)\r\n"_s;
     }
   }
+  if (outcome.complete) {
+    const bool synced = co_await isOnDisk(task.place);
+    if (!synced) {
+      outcome.complete = false;
+      outcome.notes += u"没有全部写到磁盘上 (Not all of it was written to the disk)\r\n"_s;
+    }
+  }
   if (!outcome.complete) {
     const QString left = co_await copy.undo();
     outcome.notes += left;
     outcome.asBefore = copy.isAsBefore();
-  } else if (!task.isFolder && compared) {
-    copy.dropEarlierFile();
-  } else if (!copy.earlier().isEmpty()) {
-    const QString kept = u"原有的备份保存为 (The earlier copy is kept as): "_s + copy.earlier();
-    menu.form().say(kept);
-    menu.window().setNotice(kept);
+  } else {
+    copy.finish();
+    if (!task.isFolder && compared) copy.dropEarlierFile();
+    const auto bin = [&menu](const QString& path) { return menu.desktop().moveToWasteBin(path); };
+    outcome.kept = copy.keepOneEarlier(bin);
+    const QString kept = outcome.keptText(PullOutcome::Names::WithPath);
+    if (!kept.isEmpty()) menu.bench().say(kept);
   }
   co_return outcome;
 }
 
+QString PullOutcome::keptText(Names names) const {
+  const auto named = [names](const QString& path) {
+    return names == Names::Short ? QFileInfo(path).fileName() : path;
+  };
+  QStringList lines;
+  if (!kept.earlier.isEmpty())
+    lines << u"原有的备份保存为 (The earlier copy is kept as): "_s + named(kept.earlier);
+  if (kept.binned) lines << u"更早的一份在回收站 (the one before it: waste bin)"_s;
+  if (!kept.couldNotBin.isEmpty())
+    lines
+        << u"更早的一份放不进回收站，仍在 (the one before it could not go to the waste bin and is still): "_s +
+               named(kept.couldNotBin);
+  return lines.join(newsSeparator);
+}
+
 QString failureText(const MenuContext& menu, const PullOutcome& outcome) {
-  if (outcome.notes.isEmpty()) return menu.told();
-  if (menu.LastReply.trimmed().isEmpty() && !menu.form().turn().stopped()) return outcome.notes;
-  return menu.told().trimmed() + u"\r\n\r\n"_s + outcome.notes;
+  const bool stopped = menu.bench().turn.stopped();
+  const QString words = withoutProgress(menu.LastReply).trimmed();
+  const bool toldAll = outcome.notes.isEmpty() && words == menu.LastReply.trimmed();
+  if (toldAll && !stopped) return menu.told();
+  QString text;
+  if (stopped) text += u"已停止 (Stopped)\r\n"_s;
+  if (outcome.begun && !outcome.complete) text += u"备份没有完成 (The backup is not complete)\r\n"_s;
+  text += outcome.notes;
+  if (!words.isEmpty()) {
+    text += u"\r\n"_s + words;
+  } else if (outcome.begun && !outcome.complete && !stopped) {
+    text += u"\r\n"_s + silence(menu);
+  }
+  return text.trimmed();
 }
 
 }  // namespace orvanta

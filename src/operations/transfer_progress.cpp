@@ -3,8 +3,9 @@
 #include <QElapsedTimer>
 #include <algorithm>
 
+#include "adb/replies.h"
+#include "core/turn.h"
 #include "operations/local_copy.h"
-#include "operations/replies.h"
 
 namespace orvanta {
 
@@ -12,38 +13,40 @@ namespace {
 
 constexpr qint64 pullInterval = 200;   // milliseconds
 constexpr qint64 pushInterval = 2000;  // milliseconds
-// A folder of very many files takes its time to be counted; the window has most of the time for itself.
+// Counting a folder of very many files takes long; most of the time is left to the window.
 constexpr qint64 restPerWork = 20;
-
-void show(const BusyStrips& strips, qint64 done, qint64 all) {
-  for (const QPointer<BusyStrip>& strip : strips) {
-    if (strip != nullptr) strip->setProgress(std::min(done, all), all);
-  }
-}
 
 }  // namespace
 
-PullProgress::PullProgress(BusyStrips strips, QString localPath, qint64 allBytes)
-    : m_strips(std::move(strips)), m_localPath(std::move(localPath)), m_allBytes(allBytes) {
+PullProgress::PullProgress(Turn& turn, QString localPath, qint64 allBytes)
+    : m_turn(turn), m_localPath(std::move(localPath)), m_allBytes(allBytes) {
   if (m_allBytes <= 0) return;
   m_next.setSingleShot(true);
   connect(&m_next, &QTimer::timeout, this, &PullProgress::look);
   m_next.start(static_cast<int>(pullInterval));
 }
 
+PullProgress::~PullProgress() {
+  m_turn.noteProgressOver();
+}
+
 void PullProgress::look() {
   QElapsedTimer work;
   work.start();
-  show(m_strips, localSizes(m_localPath).bytes, m_allBytes);
+  m_turn.noteProgress(std::min(localSizes(m_localPath).bytes, m_allBytes), m_allBytes);
   m_next.start(static_cast<int>(std::max(pullInterval, work.elapsed() * restPerWork)));
 }
 
-PushProgress::PushProgress(BusyStrips strips, QString sizesLine, qint64 allBytes)
-    : m_strips(std::move(strips)), m_sizesLine(std::move(sizesLine)), m_allBytes(allBytes) {
+PushProgress::PushProgress(Turn& turn, QString sizesLine, qint64 allBytes)
+    : m_turn(turn), m_sizesLine(std::move(sizesLine)), m_allBytes(allBytes) {
   if (m_allBytes <= 0 || m_sizesLine.isEmpty()) return;
   m_next.setSingleShot(true);
   connect(&m_next, &QTimer::timeout, this, &PushProgress::ask);
   m_next.start(static_cast<int>(pushInterval));
+}
+
+PushProgress::~PushProgress() {
+  m_turn.noteProgressOver();
 }
 
 void PushProgress::ask() {
@@ -55,7 +58,7 @@ void PushProgress::ask() {
 }
 
 void PushProgress::answered() {
-  show(m_strips, sizesIn(QString::fromUtf8(m_reply)).bytes, m_allBytes);
+  m_turn.noteProgress(std::min(sizesIn(QString::fromUtf8(m_reply)).bytes, m_allBytes), m_allBytes);
   m_next.start(static_cast<int>(pushInterval));
 }
 

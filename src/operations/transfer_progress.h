@@ -1,47 +1,46 @@
 #pragma once
 
-#include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 #include <memory>
 
 #include "platform/child_process.h"
-#include "ui/busy_strip.h"
 
 namespace orvanta {
 
-using BusyStrips = QList<QPointer<BusyStrip>>;
+class Turn;
 
-/// While it lives, says in the strips how much of `allBytes` has come to the place `localPath`. Does nothing
-/// where there are no bytes to come.
+/// While it lives, tells the turn how much of `allBytes` has arrived at `localPath`. Does nothing if no bytes
+/// are expected.
 class PullProgress : public QObject {
   Q_OBJECT
 
  public:
-  PullProgress(BusyStrips strips, QString localPath, qint64 allBytes);
+  PullProgress(Turn& turn, QString localPath, qint64 allBytes);
+  ~PullProgress() override;
 
  private:
   void look();
 
-  BusyStrips m_strips;
+  Turn& m_turn;
   QString m_localPath;
   qint64 m_allBytes;
   QTimer m_next;
 };
 
-/// The same for what goes to the device: `sizesLine` asks it now and then for the sizes of what is there.
+/// The same for a push: `sizesLine` asks the device now and then for the sizes of what has arrived.
 class PushProgress : public QObject {
   Q_OBJECT
 
  public:
-  PushProgress(BusyStrips strips, QString sizesLine, qint64 allBytes);
+  PushProgress(Turn& turn, QString sizesLine, qint64 allBytes);
+  ~PushProgress() override;
 
  private:
   void ask();
   void answered();
 
-  BusyStrips m_strips;
+  Turn& m_turn;
   QString m_sizesLine;
   qint64 m_allBytes;
   QTimer m_next;

@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-#include "core/main_window.h"
+#include "core/state.h"
 #include "permissions/permission_list.h"
 #include "ui/twips.h"
 
@@ -18,12 +18,12 @@ constexpr int frameHeightTwips = 5295;
 constexpr int captionBarTwips = 420;
 }  // namespace
 
-Form1::Form1(apkinfo& owner)
+Form1::Form1(const State& state, QWidget* owner)
     : Form(u"Form1"_s, frameWidthTwips + 2 * marginTwips,
-           frameHeightTwips + 2 * marginTwips + captionBarTwips, &owner),
+           frameHeightTwips + 2 * marginTwips + captionBarTwips, owner),
       Permissions(new Frame(u"Permissions"_s, u"Permissions"_s, this)),
       Label1(new QLabel(Permissions)),
-      m_apkinfo(owner) {
+      m_state(state) {
   setWindowTitle(u"Permissions in Manifest"_s);
   setAccessibleName(windowTitle());
   Label1->setObjectName(u"Label1"_s);
@@ -31,11 +31,10 @@ Form1::Form1(apkinfo& owner)
   Label1->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   Label1->setFocusPolicy(Qt::StrongFocus);  // so that a screen reader comes to it
   Label1->installEventFilter(this);
-  connect(owner.Command2, &QPushButton::clicked, this, &Form1::Command2_Click);
 }
 
 void Form1::Command2_Click() {
-  setCaption(permissionList(m_apkinfo.ManifestFields, m_apkinfo.PermissionCount));
+  setCaption(permissionList(m_state.package.ManifestFields, m_state.package.PermissionCount));
   setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();

@@ -7,24 +7,23 @@
 
 namespace orvanta {
 
-class apkinfo;
+class State;
 
 /// The window "Permissions in Manifest": what the loaded package file declares. A click on the list, Escape
-/// or Enter hides it. It has no scroll bar; a list that is longer than the window shows is cut off, and shows
-/// more when the user makes the window larger.
+/// or Enter hides it. It has no scroll bar; a longer list is cut off until the user enlarges the window.
 class Form1 : public Form {
   Q_OBJECT
 
  public:
-  explicit Form1(apkinfo& owner);
+  Form1(const State& state, QWidget* owner);
 
   Frame* Permissions;  ///< surrounds the list
   QLabel* Label1;      ///< the list
 
-  /// The list as it was set, a carriage return behind each entry.
+  /// The list as it was set, each entry followed by a carriage return.
   QString Caption() const { return m_caption; }
 
-  /// Lists the permissions anew and shows the window; the main window stays usable beside it.
+  /// Lists the permissions again and shows the window; the main window stays usable.
   void Command2_Click();
 
  protected:
@@ -36,7 +35,7 @@ class Form1 : public Form {
   void setCaption(const QString& caption);
   void Label1_Click();
 
-  apkinfo& m_apkinfo;
+  const State& m_state;
   QString m_caption;
 };
 

@@ -4,10 +4,14 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <utility>
 
-#include "core/main_window.h"
-#include "core/tools.h"
+#include "adb/device_names.h"
+#include "adb/installed_build.h"
+#include "adb/lines.h"
+#include "adb/replies.h"
+#include "adb/runtime_permissions.h"
+#include "core/busy_tools.h"
+#include "core/workbench.h"
 #include "inventory/apps_form.h"
 #include "ui/twips.h"
 
@@ -39,12 +43,12 @@ QString noticeOf(const RuntimePermissions& permissions, const QString& reply) {
 
 }  // namespace
 
-Form8::Form8(apkinfo& owner, QWidget* above)
+Form8::Form8(Workbench& bench, QWidget* above)
     : Form(u"Form8"_s, widthTwips, fullHeight, above),
       lblApp(new Label(u"lblApp"_s, this)),
       lblNotice(new Label(u"lblNotice"_s, this)),
       busyStrip(new BusyStrip(this)),
-      m_apkinfo(owner),
+      m_bench(bench),
       m_view(new QScrollArea(this)),
       m_rows(new QWidget) {
   setWindowTitle(u"Manage permissions"_s);
@@ -56,10 +60,7 @@ Form8::Form8(apkinfo& owner, QWidget* above)
                         u"关闭窗口，更改已经生效 (Close; changes are already made)"_s, this);
   connect(Command1, &QPushButton::clicked, this, &Form8::Command1_Click);
   connect(this, &Form::hidden, this, &Form8::startAfresh);
-  Turn& turn = owner.turn();
-  connect(busyStrip, &BusyStrip::stopRequested, &turn, &Turn::requestStop);
-  connect(&turn, &Turn::toolStarted, busyStrip, &BusyStrip::begin);
-  connect(&turn, &Turn::ended, busyStrip, &BusyStrip::end);
+  showTools(bench.turn, busyStrip);
   connect(busyStrip, &BusyStrip::inViewChanged, this, [this] {
     lblApp->setVisible(!busyStrip->inView());
     lblNotice->setVisible(!busyStrip->inView());
@@ -111,7 +112,7 @@ void Form8::Form_Load(const QString& label, const QString& package, const Runtim
 }
 
 void Form8::fitToScreen() {
-  // With all its rows it is higher than many a screen; there the rows scroll.
+  // With all rows it is taller than many screens; there the rows scroll.
   setMinimumHeight(qMin(height(), leastHeight));
   if (isMaximized()) return;
   resize(width(), qMin(height(), screen()->availableGeometry().height() - titleBarRoom));
@@ -138,14 +139,12 @@ void Form8::setNotice(const QString& notice) {
 }
 
 QCoro::Task<> Form8::Check1_Click(int Index) {
-  const auto turn = m_apkinfo.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) {
     putBack(Index);
-    setNotice(
-        u"还有操作在进行，这次点击没有执行 (Something is still running: this click was not carried out)"_s);
     co_return;
   }
-  objDOS = std::make_unique<DOSOutputs>(m_apkinfo, &m_apkinfo.turn());
+  objDOS = std::make_unique<DOSOutputs>(m_bench, &m_bench.turn);
   setNotice(QString());
   const QString name = m_permissions.RuntimePermNames[static_cast<size_t>(Index)];
   if (!isChangeable(m_package, name)) {
@@ -153,7 +152,7 @@ QCoro::Task<> Form8::Check1_Click(int Index) {
     const QString told =
         u"名称不可用，没有更改 (No usable name: nothing was changed): "_s + m_package + u' ' + name;
     setNotice(told);
-    m_apkinfo.say(told);
+    m_bench.say(told);
     co_return;
   }
   const bool grant = Check1[static_cast<size_t>(Index)]->Value() == 1;
@@ -161,10 +160,10 @@ QCoro::Task<> Form8::Check1_Click(int Index) {
   const QString line = grant ? grantLine(host, m_package, name) : revokeLine(host, m_package, name);
   objDOS->setCommandLine(line);
   const QString reply = co_await objDOS->ExecuteCommand();
-  // The check box stays as the user left it; a device that has nothing to object says nothing.
+  // The check box stays as the user left it; a device that accepts the change prints nothing.
   if (!isVisible()) co_return;
-  const QString words = tellingLine(reply);
-  if (m_apkinfo.turn().stopped()) {
+  const QString words = tellingLine(withoutServerNotes(reply));
+  if (m_bench.turn.stopped()) {
     setNotice(u"已停止，结果未知 (Stopped: the outcome is not known): "_s + name);
   } else if (!words.isEmpty()) {
     setNotice(u"头显 (Headset): "_s + words);
@@ -222,39 +221,38 @@ void Form8::keyPressEvent(QKeyEvent* event) {
     Command1_Click();
 }
 
-PermissionManager::PermissionManager(apkinfo& form, Form4& apps)
-    : m_form(form), m_Form4(apps), m_Form8(form, &apps) {
+PermissionManager::PermissionManager(Workbench& bench, Form4& apps)
+    : m_bench(bench), m_Form4(apps), m_Form8(bench, &apps) {
   connect(apps.mnu_Permissions, &QAction::triggered, this, &PermissionManager::mnu_Permissions_Click);
-  // The flag is left set behind the window. The console it silences is the main window's, which comes back
-  // with the end of the list.
-  connect(&apps, &Form4::unloaded, this, [this] { m_form.module().CommandBusy = false; });
+  // The flag stays set after the window closes: it silences the main window's console, and that window
+  // returns only when the list is closed.
+  connect(&apps, &Form4::unloaded, this, [this] { m_bench.state.CommandBusy = false; });
 }
 
 QCoro::Task<> PermissionManager::mnu_Permissions_Click() {
-  // The menu can have been open already when the window came.
-  if (std::exchange(m_open, true)) co_return;
-  // While the headset is asked, the pointer goes on over the list and takes the current row with it.
+  // The menu may have been open already when the window appeared.
+  if (m_Form8.isVisible()) co_return;
+  // While the headset is asked, the pointer may move over the list and change the current row.
   const QString label = m_Form4.CellText(ColAppName).trimmed();
   const QString package = m_Form4.SelectedPackage();
   const bool loaded = co_await load(label, package);
-  if (loaded) {
-    m_form.module().CommandBusy = true;
-    co_await m_Form8.showModal();
-  }
-  m_open = false;
+  if (!loaded) co_return;
+  m_bench.state.CommandBusy = true;
+  co_await m_Form8.showModal();
 }
 
 QCoro::Task<bool> PermissionManager::load(QString label, QString package) {
-  const auto turn = m_form.turn().begin();
+  const auto turn = m_bench.turn.begin();
   if (!turn) co_return false;
-  m_form.module().CommandBusy = false;
+  m_bench.state.CommandBusy = false;
   QString reply;
   const bool fit = !package.isEmpty() && isFitPackageName(package);
   if (fit) {
-    m_Form4.objDOS->setCommandLine(permissionReportLine(Host::current(), package));
-    reply = co_await m_Form4.objDOS->ExecuteCommand();
-    // Half a list would pass for the whole, and behind a closed window nobody waits for one.
-    if (m_form.turn().stopped() || !m_Form4.isVisible()) co_return false;
+    m_Form4.objDOS->setCommandLine(dumpsysLine(Host::current(), package));
+    const QString output = co_await m_Form4.objDOS->ExecuteCommand();
+    reply = withoutServerNotes(output);
+    // Half a list would pass for a whole one, and after the window is closed nobody needs it.
+    if (m_bench.turn.stopped() || !m_Form4.isVisible()) co_return false;
   }
   const RuntimePermissions permissions = readRuntimePermissions(reply);
   m_Form8.Form_Load(label, package, permissions);
@@ -264,7 +262,7 @@ QCoro::Task<bool> PermissionManager::load(QString label, QString package) {
     const QString told =
         u"没有可用的包名，没有询问头显 (No usable package name: the headset was not asked): "_s + package;
     m_Form8.setNotice(told);
-    m_form.say(told);
+    m_bench.say(told);
   }
   co_return true;
 }

@@ -5,32 +5,32 @@
 #include <array>
 #include <memory>
 
+#include "adb/runtime_permissions.h"
 #include "core/dosoutputs.h"
-#include "permissions/runtime_permissions.h"
 #include "ui/busy_strip.h"
 #include "ui/controls.h"
 #include "ui/form.h"
 
 namespace orvanta {
 
-class apkinfo;
+class Workbench;
 class Form4;
 
-/// The window "Manage permissions": one row for each runtime permission of an app. A change of a check box
-/// grants or revokes at once; what it shows is what the app had when the window opened, and what the user
-/// has done since.
+/// The window "Manage permissions": one row for each runtime permission of an app. Changing a check box
+/// grants or revokes at once; the boxes show what the app had when the window opened, plus the user's
+/// changes.
 class Form8 : public Form {
   Q_OBJECT
 
  public:
-  static constexpr int rows = 14;           ///< permissions beyond them cannot be seen or changed
+  static constexpr int rows = 14;           ///< further permissions cannot be seen or changed
   static constexpr int fullHeight = 11325;  ///< height in twips with all rows
-  static constexpr int heightOfRow = 721;   ///< what a row that is not there takes away
+  static constexpr int heightOfRow = 721;   ///< height in twips of one row
 
-  /// Its tools run in the turn of `owner` and report to it; `above` is the window that it stands over.
-  Form8(apkinfo& owner, QWidget* above);
+  /// Its tools run in the turn of `bench` and report to it; `above` is its owner window.
+  Form8(Workbench& bench, QWidget* above);
 
-  std::unique_ptr<DOSOutputs> objDOS;  ///< made anew for each click
+  std::unique_ptr<DOSOutputs> objDOS;  ///< a new one for each click
 
   Label* lblApp;               ///< whose permissions they are
   Label* lblNotice;            ///< what could not be shown or done
@@ -45,7 +45,7 @@ class Form8 : public Form {
   /// Fills the rows with `permissions` of `package`, which the heading shows with the app's `label`. It
   /// changes nothing on the device.
   void Form_Load(const QString& label, const QString& package, const RuntimePermissions& permissions);
-  /// Says `notice` in the heading; an empty one takes the last one away.
+  /// Shows `notice` in the heading; an empty text removes it.
   void setNotice(const QString& notice);
 
  protected:
@@ -63,7 +63,7 @@ class Form8 : public Form {
   void putBack(int Index);
   void Command1_Click();
 
-  apkinfo& m_apkinfo;
+  Workbench& m_bench;
   QScrollArea* m_view;
   QWidget* m_rows;
   QString m_package;
@@ -76,8 +76,8 @@ class PermissionManager : public QObject {
   Q_OBJECT
 
  public:
-  /// It must end before `apps` does: its window stands over that one.
-  PermissionManager(apkinfo& form, Form4& apps);
+  /// Must be destroyed before `apps`, which owns its window.
+  PermissionManager(Workbench& bench, Form4& apps);
 
   /// Returns when the window has been closed.
   QCoro::Task<> mnu_Permissions_Click();
@@ -87,10 +87,9 @@ class PermissionManager : public QObject {
  private:
   QCoro::Task<bool> load(QString label, QString package);
 
-  apkinfo& m_form;
+  Workbench& m_bench;
   Form4& m_Form4;
   Form8 m_Form8;
-  bool m_open = false;  // from the click to the end of the window
 };
 
 }  // namespace orvanta

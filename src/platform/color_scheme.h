@@ -4,8 +4,8 @@ namespace orvanta {
 
 enum class ColorScheme { Light, Dark };
 
-/// What the desktop prefers now. The variable ORVANTA_COLOR_SCHEME ("light" or "dark") overrules it; a
-/// desktop that does not say counts as light.
+/// What the desktop prefers now; light if it does not say. The variable ORVANTA_COLOR_SCHEME ("light" or
+/// "dark") overrides it.
 ColorScheme desktopColorScheme();
 
 }  // namespace orvanta

@@ -10,7 +10,7 @@ bool separates(QChar c) {
   return c == u' ' || c == u'\t';
 }
 
-/// Takes the program's name from `line` at `at`, and leaves `at` behind it.
+/// Takes the program's name from `line` at `at`, and moves `at` past it.
 QString takeProgram(QStringView line, qsizetype& at) {
   QString program;
   bool quoted = false;
@@ -24,7 +24,7 @@ QString takeProgram(QStringView line, qsizetype& at) {
   return program;
 }
 
-/// Takes the next argument from `line` at `at`, and leaves `at` behind it.
+/// Takes the next argument from `line` at `at`, and moves `at` past it.
 QString takeArgument(QStringView line, qsizetype& at) {
   QString argument;
   bool quoted = false;

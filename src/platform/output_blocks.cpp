@@ -29,7 +29,7 @@ void OutputBlocks::endSoon() {
 }
 
 bool OutputBlocks::emitBlocks() {
-  if (m_emitting) return false;  // the outer call goes on when its slot returns
+  if (m_emitting) return false;  // the outer call continues when its slot returns
   m_emitting = true;
   const QPointer<OutputBlocks> alive(this);
   while (m_emitted < m_waiting.size()) {

@@ -11,15 +11,15 @@ namespace orvanta {
 /// the signals, whatever a slot does meanwhile.
 class OutputBlocks : public ChildProcess {
  protected:
-  /// Emits what the next bytes of the pipe make. False when the caller must not go on to read: a slot has
-  /// deleted this object, or one that runs an event loop of its own is still busy with an earlier block.
+  /// Emits the blocks that the next bytes of the pipe complete. False when the caller must stop reading: a
+  /// slot has deleted this object, or one that runs an event loop is still handling an earlier block.
   bool receive(QByteArrayView bytes);
-  /// Closes the pipe, then emits what is left and `finished`. A slot may have deleted this object on return.
+  /// Closes the pipe, then emits the rest and `finished`. A slot may have deleted this object on return.
   void endOfPipe();
-  /// Ends the run a moment after kill(), for the case that somebody out of reach still holds the pipe.
+  /// Ends the run a moment after kill(), in case a process out of reach still holds the pipe.
   void endSoon();
 
-  /// Lets go of the pipe and of the process, which may still run. Called once, at the end of the run.
+  /// Releases the pipe and the process, which may still run. Called once, at the end of the run.
   virtual void release() = 0;
 
  private:

@@ -18,7 +18,7 @@ class ScriptPlace {
 
   /// The line that runs the script; empty when it could not be written.
   QString commandLine() const { return m_commandLine; }
-  /// Why it could not be written, in the system's words; empty when it could.
+  /// The system's error text if it could not be written, else empty.
   QString failure() const { return m_failure; }
 
  private:

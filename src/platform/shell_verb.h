@@ -7,7 +7,7 @@ namespace orvanta {
 /// Where the file managers of a system look for the actions they offer on a file.
 enum class ShellVerbHome { Registry, DesktopEntries };
 
-/// That of the system that the program was built for.
+/// The one of the system that the program was built for.
 ShellVerbHome nativeShellVerbHome();
 
 /// A place in the registry: the root's abbreviation, the key below it, and the name of a value; the key's

@@ -1,5 +1,6 @@
 #include "ui/busy_strip.h"
 
+#include <QDeadlineTimer>
 #include <QLocale>
 #include <QPainter>
 
@@ -12,12 +13,17 @@ namespace orvanta {
 namespace {
 
 constexpr int patienceMilliseconds = 500;
-// Between two tools of one handler the strip stays; under a question to the user it goes.
+// The strip stays between two tools of one handler; it goes while a question is open.
 constexpr int lingerMilliseconds = 300;
+constexpr int waitMilliseconds = 2000;
+const QString separator = u" · "_s;
 
 QString clock(qint64 milliseconds) {
   const qint64 seconds = milliseconds / 1000;
-  return u"%1:%2"_s.arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+  const QLatin1Char zero('0');
+  const QString hours = seconds < 3600 ? QString() : QString::number(seconds / 3600) + u':';
+  return hours +
+         u"%1:%2"_s.arg(seconds / 60 % 60, hours.isEmpty() ? 1 : 2, 10, zero).arg(seconds % 60, 2, 10, zero);
 }
 
 }  // namespace
@@ -37,9 +43,16 @@ BusyStrip::BusyStrip(QWidget* parent)
   m_linger.setSingleShot(true);
   m_linger.setInterval(lingerMilliseconds);
   m_second.setInterval(1000);
-  connect(&m_patience, &QTimer::timeout, this, [this] { setInView(true); });
-  connect(&m_linger, &QTimer::timeout, this, &BusyStrip::end);
+  m_wait.setSingleShot(true);
+  m_wait.setInterval(waitMilliseconds);
+  connect(&m_patience, &QTimer::timeout, this, &BusyStrip::settleView);
+  connect(&m_linger, &QTimer::timeout, this, [this] {
+    m_busy = false;
+    m_patience.stop();
+    settleView();
+  });
   connect(&m_second, &QTimer::timeout, this, &BusyStrip::refresh);
+  connect(&m_wait, &QTimer::timeout, this, &BusyStrip::settleView);
   connect(m_stop, &QPushButton::clicked, this, [this] {
     m_stop->setEnabled(false);
     Q_EMIT stopRequested();
@@ -49,11 +62,10 @@ BusyStrip::BusyStrip(QWidget* parent)
 
 void BusyStrip::begin(const QString& name) {
   m_name = name;
-  m_doneBytes = 0;
-  m_allBytes = -1;
   m_since.start();
   m_stop->setEnabled(true);
   m_linger.stop();
+  m_busy = true;
   if (!m_inView && !m_patience.isActive()) m_patience.start();
   refresh();
 }
@@ -63,24 +75,43 @@ void BusyStrip::pause() {
 }
 
 void BusyStrip::end() {
-  m_patience.stop();
-  m_linger.stop();
-  setInView(false);
+  for (QTimer* timer : {&m_patience, &m_linger, &m_wait}) timer->stop();
+  m_busy = false;
+  m_stop->setEnabled(true);
+  setProgress(0, 0);
+  settleView();
+}
+
+void BusyStrip::askToWait() {
+  m_wait.start();
+  settleView();
 }
 
 void BusyStrip::setProgress(qint64 doneBytes, qint64 allBytes) {
-  m_doneBytes = doneBytes;
+  const bool newlyKnown = (m_allBytes > 0) != (allBytes > 0);
+  if (newlyKnown) m_pace.clear();
+  m_doneBytes = qMin(doneBytes, allBytes);
   m_allBytes = allBytes;
-  refresh();
+  if (allBytes > 0) {
+    m_pace.note(QDeadlineTimer::current().deadline(), m_doneBytes, allBytes);
+    m_bar->setRange(0, 1000);
+    m_bar->setValue(
+        static_cast<int>(static_cast<double>(m_doneBytes) * 1000 / static_cast<double>(allBytes)));
+  } else {
+    m_bar->setRange(0, 0);
+  }
+  // Figures that change five times a second cannot be read; the rest comes with the second.
+  if (newlyKnown) refresh();
 }
 
-void BusyStrip::setInView(bool inView) {
+void BusyStrip::settleView() {
+  const bool inView = m_wait.isActive() || (m_busy && !m_patience.isActive());
+  if (inView) refresh();
   if (m_inView == inView) return;
   m_inView = inView;
   setVisible(inView);
   if (inView) {
     m_second.start();
-    refresh();
   } else {
     m_second.stop();
   }
@@ -88,22 +119,44 @@ void BusyStrip::setInView(bool inView) {
 }
 
 void BusyStrip::refresh() {
-  QString text = u"%1 · %2"_s.arg(m_name, clock(m_since.isValid() ? m_since.elapsed() : 0));
-  if (m_allBytes > 0) {
-    const QLocale locale = QLocale::c();
-    text += u" · %1 / %2"_s.arg(locale.formattedDataSize(m_doneBytes, 1),
-                                locale.formattedDataSize(m_allBytes, 1));
-    m_bar->setRange(0, 1000);
-    m_bar->setValue(static_cast<int>(qMin(m_doneBytes, m_allBytes) * 1000 / m_allBytes));
-  } else {
-    m_bar->setRange(0, 0);
+  layOut();
+  if (m_wait.isActive()) {
+    m_text->setCaption(u"请等待当前操作结束 (Wait for the current operation)"_s);
+    return;
   }
-  m_text->setCaption(text);
+  m_text->setCaption(caption());
+}
+
+QString BusyStrip::caption() const {
+  const QString elapsed = clock(m_since.isValid() ? m_since.elapsed() : 0);
+  if (m_allBytes <= 0) return m_name + separator + elapsed;
+  const QLocale locale = QLocale::c();
+  QStringList parts = {
+      m_name, elapsed, QString::number(percentOf(m_doneBytes, m_allBytes)) + u'%',
+      locale.formattedDataSize(m_doneBytes, 1) + u" / "_s + locale.formattedDataSize(m_allBytes, 1)};
+  const auto speed = m_pace.speed();
+  if (m_doneBytes == m_allBytes) {
+    parts << u"等待头显 (waiting for the headset)"_s;
+  } else if (speed) {
+    parts << locale.formattedDataSize(*speed, 1) + u"/s"_s
+          << u"剩余 %1 (left)"_s.arg(clock(*m_pace.secondsLeft() * 1000));
+  }
+  // The time left is what the user waits for; what the other figures tell can be seen from the bar as well.
+  for (const int leastWanted : {1, 2, 2}) {
+    const bool fits = m_text->fontMetrics().horizontalAdvance(parts.join(separator)) <= m_text->width();
+    if (fits || parts.size() <= 3) break;
+    parts.removeAt(leastWanted);
+  }
+  return parts.join(separator);
 }
 
 void BusyStrip::resizeEvent(QResizeEvent*) {
+  layOut();
+}
+
+void BusyStrip::layOut() {
   const int stopWidth = m_stop->sizeHint().width();
-  const int barWidth = width() / 4;
+  const int barWidth = m_wait.isActive() ? 0 : width() / 4;
   m_stop->setGeometry(width() - stopWidth, 0, stopWidth, height());
   m_bar->setGeometry(width() - stopWidth - 8 - barWidth, height() / 2 - 4, barWidth, 8);
   m_text->setGeometry(8, 0, width() - stopWidth - barWidth - 24, height());

@@ -5,8 +5,8 @@
 
 namespace orvanta {
 
-/// A colour as forms know it: red in the low byte, or one of the codes below that stand for whatever the
-/// desktop's palette has, so that a form keeps fitting when the desktop turns dark.
+/// A colour as forms use it: red in the low byte, or one of the codes below for colours of the desktop's
+/// palette, so that a form still fits when the desktop turns dark.
 using FormColor = qint32;
 
 inline constexpr FormColor systemButtonFace = static_cast<FormColor>(0x8000000Fu);

@@ -2,9 +2,9 @@
 
 #include <QHelpEvent>
 #include <QPainter>
-#include <QToolTip>
 
 #include "ui/theme.h"
+#include "ui/tool_tip.h"
 
 namespace orvanta {
 
@@ -13,7 +13,7 @@ constexpr int captionHeight = 17;
 constexpr int sideMargin = 8;
 constexpr qreal cornerRadius = 5;
 
-/// More than anybody can see of it; a hostile package can have a label of megabytes.
+/// More than fits any screen; a hostile package can have a label of megabytes.
 QString shortened(const QString& text) {
   constexpr qsizetype most = 1000;
   return text.size() <= most ? text : text.left(most) + u'…';
@@ -51,7 +51,7 @@ void Frame::paintEvent(QPaintEvent*) {
                    painter.fontMetrics().elidedText(title(), Qt::ElideRight, line.width()));
 }
 
-Label::Label(const QString& designName, QWidget* parent) : QLabel(parent) {
+Label::Label(const QString& designName, QWidget* parent) : TextLabel(parent) {
   setObjectName(designName);
   setTextFormat(Qt::PlainText);
   setTextInteractionFlags(Qt::NoTextInteraction);
@@ -67,11 +67,9 @@ void Label::setForeColor(FormColor color) {
   update();
 }
 
-bool Label::event(QEvent* event) {
+bool TextLabel::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip || toolTip().isEmpty()) return QLabel::event(event);
-  // Labels and file names come out of strangers' packages: their marks are text, not markup.
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), shortened(toolTip()).toHtmlEscaped(),
-                     this);
+  showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), this);
   return true;
 }
 

@@ -26,9 +26,19 @@ class Frame : public QGroupBox {
   void paintEvent(QPaintEvent* event) override;
 };
 
-/// One line of text that is shortened in the middle where it does not fit, with a ground and a text colour of
-/// its own.
-class Label : public QLabel {
+/// A label whose tool-tip is shown as plain text, whatever it looks like.
+class TextLabel : public QLabel {
+  Q_OBJECT
+
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  bool event(QEvent* event) override;
+};
+
+/// One line of text, shortened in the middle if it does not fit, with its own background and text colour.
+class Label : public TextLabel {
   Q_OBJECT
 
  public:
@@ -45,7 +55,6 @@ class Label : public QLabel {
   QSize minimumSizeHint() const override;
 
  protected:
-  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
@@ -53,12 +62,12 @@ class Label : public QLabel {
   FormColor m_foreColor = systemButtonText;
 };
 
-/// A push button that can bear a colour.
+/// A push button that can have a colour.
 class Button : public QPushButton {
   Q_OBJECT
 
  public:
-  /// `accessibleName` is for buttons whose caption alone says too little; else the caption is spoken.
+  /// `accessibleName` is for buttons whose caption says too little; otherwise the caption is spoken.
   Button(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent,
          const QString& accessibleName = {});
 

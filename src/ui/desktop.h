@@ -15,6 +15,8 @@ struct MessageBox {
   QString text;
   BoxIcon icon = BoxIcon::None;
   BoxButtons buttons = BoxButtons::Ok;
+  /// The answer, Yes or No, that Enter and the space bar give.
+  BoxAnswer preselected = BoxAnswer::Yes;
   QString title = QStringLiteral("Orvanta");
 };
 
@@ -26,9 +28,8 @@ struct SaveFileQuestion {
   QStringList filters;
 };
 
-/// Everything by which the program turns to the person at the desktop: boxes, dialogs, the beep, and what it
-/// opens in other programs. The program answers with the real things; a test answers from a list and keeps
-/// what was asked.
+/// How the program addresses the user: boxes, dialogs, the beep, and what it opens in other programs. The
+/// program uses the real ones; a test answers from a list and records what was asked.
 class Desktop {
  public:
   virtual ~Desktop() = default;
@@ -41,8 +42,14 @@ class Desktop {
   /// The chosen folder in the host's own form, empty when the dialog was cancelled.
   virtual QCoro::Task<QString> askFolder(QString title) = 0;
   virtual void Beep() = 0;
+  /// Tells a user who is in another program that something has ended.
+  virtual void notify(const QString& title, const QString& text) = 0;
+  /// Moves a file or folder to the desktop's waste bin. False if it is still where it was.
+  virtual bool moveToWasteBin(const QString& path) = 0;
   /// Opens an address or a folder with the desktop's own program for it.
   virtual void open(const QUrl& address) = 0;
+  /// The program is ending: open questions close unanswered, as does every later one at once.
+  virtual void stopAsking() = 0;
 };
 
 }  // namespace orvanta

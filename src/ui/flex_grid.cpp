@@ -3,20 +3,13 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QToolTip>
-#include <cmath>
 
 #include "ui/flex_grid_paint.h"
-#include "ui/twips.h"
-
-using namespace Qt::StringLiterals;
+#include "ui/tool_tip.h"
 
 namespace orvanta {
 
 namespace {
-
-constexpr int rowPixels = 24;
-constexpr qsizetype longestToolTip = 2000;
 
 bool isSideways(const QWheelEvent& event) {
   return event.angleDelta().y() == 0 || (event.modifiers() & (Qt::ShiftModifier | Qt::AltModifier));
@@ -24,166 +17,176 @@ bool isSideways(const QWheelEvent& event) {
 
 }  // namespace
 
-FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QWidget* parent)
-    : QTableView(parent), m_model(new FlexGridModel(this)) {
+FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QAbstractItemModel* records,
+                   QWidget* parent)
+    : QTableView(parent),
+      m_rows(new FlexGridRows(records, this)),
+      m_checks(new CheckHeader(this)),
+      m_corner(new QWidget(this)),
+      m_checkAll(new QCheckBox(m_corner)) {
   setObjectName(designName);
   setAccessibleName(accessibleName);
   setItemDelegate(new FlexGridDelegate(this));
   setHorizontalHeader(new FlexGridHeader(this));
-  setModel(m_model);
-  m_model->setRows(2);
+  setVerticalHeader(m_checks);
+  setModel(m_rows);
 
   setShowGrid(false);
   setSelectionMode(NoSelection);
-  setEditTriggers(NoEditTriggers);
   setTabKeyNavigation(false);
-  setAutoScroll(false);  // the current cell follows the mouse, and the view shall not follow it
-  setWordWrap(false);
-  setCornerButtonEnabled(false);
+  setAutoScroll(false);  // the current cell follows the mouse, but the view must not
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollMode(ScrollPerPixel);
-  setMouseTracking(true);
   viewport()->setMouseTracking(true);
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setMinimumSectionSize(rowPixels);
   verticalHeader()->setDefaultSectionSize(rowPixels);
+  setCornerButtonEnabled(false);
+  m_checkAll->setObjectName(QStringLiteral("checkAll"));
+  m_checkAll->setAccessibleName(QStringLiteral("全选 (Check all)"));
+  m_checkAll->setToolTip(QStringLiteral("全选或全不选显示的应用 (Check all or none of the apps shown)"));
+  m_corner->setBackgroundRole(QPalette::Base);
+  m_corner->setAutoFillBackground(true);
+  m_corner->hide();
   horizontalHeader()->setFixedHeight(rowPixels);
   horizontalHeader()->setMinimumSectionSize(16);
   horizontalHeader()->viewport()->setMouseTracking(true);
   horizontalHeader()->viewport()->installEventFilter(this);
   verticalScrollBar()->installEventFilter(this);
 
-  connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
-    m_topBeforeReset = TopRow();
-    m_shownBeforeReset = m_model->rowCount();
-  });
-  connect(m_model, &QAbstractItemModel::modelReset, this, &FlexGrid::restoreView);
-  // Only presses that do not resize a column come here; the filter below sees all others.
+  // Only presses that do not resize a column arrive here; the filter below sees all others.
   connect(horizontalHeader(), &QHeaderView::sectionPressed, this, [this](int column) {
-    pointAt(0, column, Qt::LeftButton);
+    pointAt({0, column}, Qt::LeftButton);
     Q_EMIT MouseDown(Qt::LeftButton);
   });
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
-    pointAt(0, column, Qt::NoButton);
+    pointAt({0, column}, Qt::NoButton);
     Q_EMIT Click();
-  });
-  connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int size) {
-    if (column < Cols()) m_widths[static_cast<size_t>(column)] = size * twipsPerPixel;
   });
 }
 
-void FlexGrid::setCols(int cols) {
-  m_widths.resize(static_cast<size_t>(std::max(cols, 0)),
-                  horizontalHeader()->defaultSectionSize() * twipsPerPixel);
-  m_model->setColumns(cols);
+void FlexGrid::showChecks(std::function<bool(int record)> isChecked) {
+  m_checks->isChecked = [this, isChecked = std::move(isChecked)](int viewRow) {
+    return isChecked(m_rows->record(m_rows->row(viewRow)));
+  };
+  connect(m_checks, &CheckHeader::toggled, this,
+          [this](int viewRow) { Q_EMIT CheckPressed(m_rows->record(m_rows->row(viewRow))); });
+  connect(m_checkAll, &QCheckBox::clicked, this, &FlexGrid::CheckAllPressed);
+  m_checks->show();
+  m_corner->show();
+}
+
+void FlexGrid::checksChanged(Qt::CheckState all) {
+  m_checkAll->setTristate(all == Qt::PartiallyChecked);
+  m_checkAll->setCheckState(all);
+  m_checks->viewport()->update();
+}
+
+QString FlexGrid::TextMatrix(int row, int col) const {
+  if (row == 0) return m_rows->headerData(col, Qt::Horizontal, Qt::DisplayRole).toString();
+  return m_rows->sourceModel()->index(m_rows->record(row), col).data(FlexGridRows::TextRole).toString();
 }
 
 void FlexGrid::setCurrentCell(int row, int col) {
   if (row < 0 || row >= Rows() || col < 0 || col >= Cols()) return;
   m_row = row;
   m_col = col;
-  if (!m_redraw) return;
-  const int inView = m_model->viewRow(row);
+  const int inView = m_rows->viewRow(row);
   const int before = currentIndex().row();
-  setCurrentIndex(inView < 0 ? QModelIndex() : m_model->index(inView, col));
+  setCurrentIndex(m_rows->index(inView, col));
   if (before == inView) return;
   for (const int tinted : {before, inView}) {
     if (tinted >= 0) viewport()->update(0, rowViewportPosition(tinted), viewport()->width(), rowPixels);
   }
 }
 
-int FlexGrid::ColWidth(int col) const {
-  return col >= 0 && col < Cols() ? m_widths[static_cast<size_t>(col)] : 0;
-}
-
-void FlexGrid::setColWidth(int col, int twips) {
-  if (col < 0 || col >= Cols()) return;
-  setColumnWidth(col, pixels(twips));
-  m_widths[static_cast<size_t>(col)] = twips;
-}
-
-int FlexGrid::RowHeight(int row) const {
-  return row < 0 || row >= Rows() || m_model->isHidden(row) ? 0 : rowPixels * twipsPerPixel;
-}
-
-void FlexGrid::setRowHeight(int row, int twips) {
-  if (row > 0) m_model->setHidden(row, twips == 0);
-}
-
-int FlexGrid::Height() const {
-  return height() * twipsPerPixel;
-}
-
 void FlexGrid::setSort(int code) {
   if (code < 3 || code > 6) return;
-  const bool descending = code % 2 == 0;
-  m_model->sortRows(m_col, code < 5, descending);
+  const int top = TopRow();
+  const Qt::SortOrder direction = code % 2 == 0 ? Qt::DescendingOrder : Qt::AscendingOrder;
+  m_rows->sortBy(m_col, code < 5 ? FlexGridRows::ValueRole : FlexGridRows::TextRole, direction);
   horizontalHeader()->setSortIndicatorShown(true);
-  horizontalHeader()->setSortIndicator(m_col, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  horizontalHeader()->setSortIndicator(m_col, direction);
+  afterRearranging(top);
 }
 
-void FlexGrid::setRedraw(bool redraw) {
-  m_redraw = redraw;
-  if (!redraw) {
-    m_model->freeze();
-    return;
-  }
-  m_model->thaw();
+void FlexGrid::showOnly(const std::function<bool(int record)>& wanted) {
+  const int top = TopRow();
+  m_rows->showOnly(wanted);
+  afterRearranging(top);
+}
+
+/// The view forgets these when its rows change.
+void FlexGrid::afterRearranging(int top) {
   setCurrentCell(m_row, m_col);
+  setTopRow(top);
 }
 
-/// The view forgets these when the rows under it change as a whole.
-void FlexGrid::restoreView() {
-  for (int col = 0; col < std::min(Cols(), static_cast<int>(m_widths.size())); ++col)
-    setColumnWidth(col, pixels(m_widths[static_cast<size_t>(col)]));
-  m_row = std::clamp(m_row, 0, std::max(Rows() - 1, 0));
-  if (m_redraw) setCurrentCell(m_row, m_col);
-  setTopRow(m_topBeforeReset);
-  if (m_model->rowCount() == m_shownBeforeReset) return;
-  // Fewer rows than before shall not stand above the view while there is room for them in it.
-  const int lastFullPage = std::max(0, m_model->rowCount() - viewport()->height() / rowPixels);
-  verticalScrollBar()->setValue(std::min(verticalScrollBar()->value(), lastFullPage));
+void FlexGrid::setCellBackColor(int row, int col, FormColor color) {
+  const auto repaint = [this](Cell cell) {
+    QWidget* over = cell.row == 0 ? horizontalHeader()->viewport() : viewport();
+    over->update(cellArea(cell.row, cell.col));
+  };
+  repaint(m_colored);
+  m_colored = {row, col};
+  m_color = color;
+  repaint(m_colored);
+}
+
+std::optional<QColor> FlexGrid::CellBackColor(int row, int col) const {
+  if (m_colored != Cell{row, col}) return std::nullopt;
+  return resolved(m_color, palette(), QPalette::Base);
 }
 
 int FlexGrid::TopRow() const {
-  const int row = m_model->row(verticalScrollBar()->value());
-  return row > 0 ? row : 1;
+  return std::max(1, m_rows->row(rowAt(0)));
 }
 
 void FlexGrid::setTopRow(int row) {
-  // The range of the bar is worked out with the layout, which waits for the next turn of the event loop.
+  // The bar's range is computed with the layout, which waits for the next turn of the event loop.
   executeDelayedItemsLayout();
-  verticalScrollBar()->setValue(m_model->viewRowFrom(row));
-}
-
-/// The view would stop at the last full page.
-void FlexGrid::updateGeometries() {
-  QTableView::updateGeometries();
-  if (verticalScrollBar()->maximum() > 0) verticalScrollBar()->setMaximum(m_model->rowCount() - 1);
+  verticalScrollBar()->setValue(m_rows->viewRowFrom(row));
 }
 
 bool FlexGrid::RowIsVisible(int row) const {
-  if (row == 0) return Rows() > 0;
-  const int inView = m_model->viewRow(row);
+  if (row == 0) return true;
+  const int inView = m_rows->viewRow(row);
   if (inView < 0) return false;
   const int top = rowViewportPosition(inView);
   return top >= 0 && top < viewport()->height();
 }
 
-int FlexGrid::TextWidth(const QString& text) const {
-  return static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(text))) * twipsPerPixel;
+void FlexGrid::turnPage(bool up) {
+  verticalScrollBar()->triggerAction(up ? QAbstractSlider::SliderPageStepSub
+                                        : QAbstractSlider::SliderPageStepAdd);
 }
 
-int FlexGrid::HeaderRoom() {
-  return FlexGridHeader::arrowRoom * twipsPerPixel;
+/// At its end the view would put the last row at the bottom and part of a row on top.
+void FlexGrid::alignTopRow() {
+  const int before = verticalHeader()->offset();
+  verticalHeader()->setOffsetToSectionPosition(verticalScrollBar()->value());
+  if (verticalHeader()->offset() != before) viewport()->update();
+}
+
+void FlexGrid::updateGeometries() {
+  QTableView::updateGeometries();
+  alignTopRow();
+  m_corner->setGeometry(frameWidth(), frameWidth(), m_checks->width(), horizontalHeader()->height() - 1);
+  const QRect box(QPoint(), m_checkAll->sizeHint());
+  m_checkAll->setGeometry(box.translated(m_corner->rect().center() - box.center()));
+}
+
+void FlexGrid::scrollContentsBy(int dx, int dy) {
+  QTableView::scrollContentsBy(dx, dy);
+  alignTopRow();
 }
 
 QRect FlexGrid::cellArea(int row, int col) const {
   if (row == 0)
     return {horizontalHeader()->sectionViewportPosition(col), 0, columnWidth(col),
             horizontalHeader()->height()};
-  return visualRect(m_model->index(m_model->viewRow(row), col));
+  return visualRect(m_rows->index(m_rows->viewRow(row), col));
 }
 
 QPoint FlexGrid::menuPlace() const {
@@ -192,47 +195,53 @@ QPoint FlexGrid::menuPlace() const {
   return over->mapToGlobal(cell.isEmpty() ? QPoint() : cell.bottomLeft());
 }
 
-void FlexGrid::pointAt(int row, int col, Qt::MouseButtons buttons) {
-  m_mouseRow = row;
-  m_mouseCol = col;
+int FlexGrid::besideColumns() const {
+  const int checks = m_checks->isVisibleTo(this) ? m_checks->width() : 0;
+  return 2 * frameWidth() + checks + verticalScrollBar()->sizeHint().width();
+}
+
+void FlexGrid::pointAt(Cell cell, Qt::MouseButtons buttons) {
+  m_mouse = cell;
   Q_EMIT MouseMove(buttons);
 }
 
-void FlexGrid::pointAtPlace(QPoint inViewport, Qt::MouseButtons buttons) {
-  const QModelIndex index = indexAt(inViewport);
-  if (index.isValid()) {
-    pointAt(m_model->row(index.row()), index.column(), buttons);
-  } else {
-    pointAt(-1, -1, buttons);
+FlexGrid::Cell FlexGrid::cellAt(const QWidget* over, QPoint place) const {
+  if (over != viewport()) {
+    const int column = horizontalHeader()->logicalIndexAt(place);
+    return column < 0 ? Cell() : Cell{0, column};
   }
+  const QModelIndex index = indexAt(place);
+  return index.isValid() ? Cell{m_rows->row(index.row()), index.column()} : Cell();
+}
+
+void FlexGrid::press(const QWidget* over, const QMouseEvent& event) {
+  pointAt(cellAt(over, event.position().toPoint()), event.buttons());
+  m_press = m_mouse;
+  // Outside the rows it means the current row, if that is visible.
+  if (m_mouse == Cell() && leaveHiddenRow()) return;
+  Q_EMIT MouseDown(event.button());
 }
 
 void FlexGrid::mousePressEvent(QMouseEvent* event) {
-  pointAtPlace(event->position().toPoint(), event->buttons());
-  m_pressRow = m_mouseRow;
-  m_pressCol = m_mouseCol;
-  // Beside the rows it means the current one, if that can be seen.
-  if (m_mouseRow < 0 && leaveHiddenRow()) return;
-  Q_EMIT MouseDown(event->button());
-}
-
-void FlexGrid::mouseMoveEvent(QMouseEvent* event) {
-  pointAtPlace(event->position().toPoint(), event->buttons());
-}
-
-void FlexGrid::mouseReleaseEvent(QMouseEvent* event) {
-  pointAtPlace(event->position().toPoint(), event->buttons());
-  const bool sameCell = m_mouseRow >= 0 && m_mouseRow == m_pressRow && m_mouseCol == m_pressCol;
-  m_pressRow = -1;
-  if (sameCell && event->button() == Qt::LeftButton) Q_EMIT Click();
+  press(viewport(), *event);
 }
 
 void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event) {
-  mousePressEvent(event);
+  press(viewport(), *event);
+}
+
+void FlexGrid::mouseMoveEvent(QMouseEvent* event) {
+  pointAt(cellAt(viewport(), event->position().toPoint()), event->buttons());
+}
+
+void FlexGrid::mouseReleaseEvent(QMouseEvent* event) {
+  pointAt(cellAt(viewport(), event->position().toPoint()), event->buttons());
+  const bool sameCell = m_mouse != Cell() && m_mouse == std::exchange(m_press, Cell());
+  if (sameCell && event->button() == Qt::LeftButton) Q_EMIT Click();
 }
 
 void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
-  // The mouse's own way to a menu is the press.
+  // With the mouse, the press opens the menu.
   if (event->reason() == QContextMenuEvent::Keyboard && !leaveHiddenRow()) Q_EMIT MenuKey();
   event->accept();
 }
@@ -243,133 +252,93 @@ void FlexGrid::wheelEvent(QWheelEvent* event) {
     return;
   }
   Q_EMIT MouseWheel(event->angleDelta().y(), event->globalPosition().toPoint());
-  // Over the header or the scroll bar the pointer's cell stays what it was.
+  // Over the header or the scroll bar the pointer's cell does not change.
   const QPoint inViewport = viewport()->mapFromGlobal(event->globalPosition().toPoint());
-  if (viewport()->rect().contains(inViewport)) pointAtPlace(inViewport, event->buttons());
+  if (viewport()->rect().contains(inViewport)) pointAt(cellAt(viewport(), inViewport), event->buttons());
   event->accept();
 }
 
-/// The row that a key goes to from the current one: among those that are shown, and the header.
-int FlexGrid::keyTarget(int key) const {
-  const int shown = m_model->rowCount();
-  const int here = m_row == 0 ? -1 : m_model->viewRowFrom(m_row);
+/// Where a key moves from the current cell, among the shown rows and the header.
+std::optional<FlexGrid::Cell> FlexGrid::keyTarget(int key) const {
+  const int last = m_rows->rowCount() - 1;
+  const int here = m_row == 0 ? -1 : m_rows->viewRowFrom(m_row);
   const int page = std::max(1, viewport()->height() / rowPixels - 1);
   // From a hidden row, `here` is the next one that is shown: one step down already.
-  const int above = m_row > 0 && m_model->viewRow(m_row) < 0 ? here - 1 : here;
-  int target = here;
-  if (key == Qt::Key_Up) target = here - 1;
-  if (key == Qt::Key_Down) target = above + 1;
-  if (key == Qt::Key_PageUp) target = std::max(here - page, 0);
-  if (key == Qt::Key_PageDown) target = above + page;
-  if (key == Qt::Key_Home) target = 0;
-  if (key == Qt::Key_End) target = shown - 1;
-  return m_model->row(std::min(target, shown - 1));
+  const int above = m_row > 0 && m_rows->viewRow(m_row) < 0 ? here - 1 : here;
+  const auto shown = [&](int viewRow) { return Cell{m_rows->row(std::min(viewRow, last)), m_col}; };
+  if (key == Qt::Key_Left) return Cell{m_row, std::max(m_col - 1, 0)};
+  if (key == Qt::Key_Right) return Cell{m_row, std::min(m_col + 1, Cols() - 1)};
+  if (key == Qt::Key_Up) return shown(here - 1);
+  if (key == Qt::Key_Down) return shown(above + 1);
+  if (key == Qt::Key_PageUp) return shown(std::max(here - page, 0));
+  if (key == Qt::Key_PageDown) return shown(above + page);
+  if (key == Qt::Key_Home) return shown(0);
+  if (key == Qt::Key_End) return shown(last);
+  return std::nullopt;
 }
 
-/// Where the current row is hidden, points at the first one that is shown instead, if there is any: a key
-/// shall not act on what the user does not see. Returns whether the row was hidden.
+/// If the current row is hidden, moves to the first shown one after it, if any: a key must not act on what
+/// the user does not see. Returns whether the row was hidden.
 bool FlexGrid::leaveHiddenRow() {
-  if (m_row == 0 || m_model->viewRow(m_row) >= 0) return false;
-  if (m_model->rowCount() > 0) {
+  if (m_row == 0 || m_rows->viewRow(m_row) >= 0) return false;
+  if (m_rows->rowCount() > 0) {
     const int col = m_col;
-    pointAt(m_model->row(0), col, Qt::NoButton);
-    scrollTo(m_model->index(0, col));
+    pointAt({m_rows->row(0), col}, Qt::NoButton);
+    scrollTo(m_rows->index(0, col));
   }
   return true;
 }
 
 void FlexGrid::keyPressEvent(QKeyEvent* event) {
-  int row = m_row;
-  int col = m_col;
-  switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-      if (leaveHiddenRow()) return;
-      pointAt(m_row, m_col, Qt::NoButton);
-      if (m_row > 0) {
-        Q_EMIT MenuKey();
-      } else {
-        Q_EMIT Click();
-        // Sorting leads to the first column; the next press of the key shall find this one.
-        pointAt(row, col, Qt::NoButton);
-      }
-      return;
-    case Qt::Key_Left:
-      col = std::max(col - 1, 0);
-      break;
-    case Qt::Key_Right:
-      col = std::min(col + 1, Cols() - 1);
-      break;
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-      row = keyTarget(event->key());
-      break;
-    default:
-      event->ignore();
-      return;
+  const int key = event->key();
+  if (key == Qt::Key_Space && event->modifiers() == Qt::ControlModifier) {
+    if (!leaveHiddenRow() && m_row > 0) Q_EMIT CheckPressed(m_rows->record(m_row));
+  } else if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+    if (leaveHiddenRow()) return;
+    const Cell cell{m_row, m_col};
+    pointAt(cell, Qt::NoButton);
+    if (cell.row > 0) {
+      Q_EMIT MenuKey();
+    } else {
+      Q_EMIT Click();
+      // Sorting moves to the first column; the next press of the key is for this one.
+      pointAt(cell, Qt::NoButton);
+    }
+  } else if (const auto target = keyTarget(key)) {
+    pointAt(*target, Qt::NoButton);
+    scrollTo(m_rows->index(m_rows->viewRow(target->row), target->col));
+  } else {
+    event->ignore();
   }
-  pointAt(row, col, Qt::NoButton);
-  const int inView = m_model->viewRow(row);
-  if (inView >= 0) scrollTo(m_model->index(inView, col));
 }
 
-void FlexGrid::showToolTip(QPoint place, QWidget* over) {
-  if (m_toolTip.isEmpty()) {
-    QToolTip::hideText();
-    return;
-  }
-  // As rich text it is broken into lines.
-  QString text = m_toolTip.left(longestToolTip).trimmed().toHtmlEscaped();
-  if (m_toolTip.size() > longestToolTip) text += QChar(0x2026);
-  QToolTip::showText(place, u"<p style='white-space:pre-wrap'>%1</p>"_s.arg(text), over);
-}
-
-bool FlexGrid::viewportEvent(QEvent* event) {
-  if (event->type() == QEvent::ToolTip) {
-    showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), viewport());
-    return true;
-  }
-  return QTableView::viewportEvent(event);
+bool FlexGrid::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTableView::event(event);
+  showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), this);
+  return true;
 }
 
 bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
-  const bool overHeader = watched == horizontalHeader()->viewport();
-  if (event->type() == QEvent::Wheel && (overHeader || watched == verticalScrollBar())) {
-    auto* wheel = static_cast<QWheelEvent*>(event);
-    // The view hands some sideways turns to the bar itself.
-    if (!overHeader && isSideways(*wheel)) return false;
-    wheelEvent(wheel);
-    return true;
+  QWidget* header = horizontalHeader()->viewport();
+  const auto* mouse = static_cast<QMouseEvent*>(event);
+  switch (watched == header || event->type() == QEvent::Wheel ? event->type() : QEvent::None) {
+    case QEvent::Wheel: {
+      auto* wheel = static_cast<QWheelEvent*>(event);
+      // The view passes some sideways turns to the bar itself.
+      if (watched != header && isSideways(*wheel)) return false;
+      wheelEvent(wheel);
+      return true;
+    }
+    case QEvent::MouseMove:
+      pointAt(cellAt(header, mouse->position().toPoint()), mouse->buttons());
+      return false;
+    case QEvent::MouseButtonPress:
+      if (mouse->button() == Qt::LeftButton) return false;
+      press(header, *mouse);
+      return true;
+    default:
+      return QTableView::eventFilter(watched, event);
   }
-  if (!overHeader) return QTableView::eventFilter(watched, event);
-  const auto columnOf = [this](const QMouseEvent* mouse) {
-    return horizontalHeader()->logicalIndexAt(mouse->position().toPoint());
-  };
-  const auto pointAtColumn = [this](int column, Qt::MouseButtons buttons) {
-    pointAt(column < 0 ? -1 : 0, column, buttons);
-  };
-  if (event->type() == QEvent::MouseMove) {
-    const auto* mouse = static_cast<QMouseEvent*>(event);
-    pointAtColumn(columnOf(mouse), mouse->buttons());
-  } else if (event->type() == QEvent::MouseButtonPress) {
-    const auto* mouse = static_cast<QMouseEvent*>(event);
-    if (mouse->button() == Qt::LeftButton) return false;
-    pointAtColumn(columnOf(mouse), mouse->buttons());
-    if (m_mouseRow < 0 && leaveHiddenRow()) return true;
-    Q_EMIT MouseDown(mouse->button());
-    return true;
-  } else if (event->type() == QEvent::ToolTip) {
-    showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), horizontalHeader()->viewport());
-    return true;
-  } else if (event->type() == QEvent::ContextMenu) {
-    return true;
-  }
-  return false;
 }
 
 }  // namespace orvanta

@@ -1,33 +1,31 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QTableView>
 
-#include "ui/flex_grid_model.h"
+#include "ui/check_header.h"
+#include "ui/color.h"
+#include "ui/flex_grid_rows.h"
 
 namespace orvanta {
 
-/// The code for the ground that the grid gives its cells.
-inline constexpr FormColor systemWindow = static_cast<FormColor>(0x80000005u);
-
-/// A grid of texts with one header row, row 0, and a current cell. Rows keep their numbers while they are
-/// hidden, which is what a height of 0 does, and take part in sorting. Widths and heights are twips.
-///
-/// The pointer's cell is that of the mouse, or the one that the arrow keys went to.
+/// A grid of records with one header row, row 0, and a current cell. Rows keep their numbers while a search
+/// hides them. The pointer's cell is that of the mouse, or the one that the arrow keys went to.
 class FlexGrid : public QTableView {
   Q_OBJECT
 
  public:
-  /// Two rows, no columns.
-  FlexGrid(const QString& designName, const QString& accessibleName, QWidget* parent);
+  static constexpr int rowPixels = 24;
 
-  int Rows() const { return m_model->rows(); }
-  void setRows(int rows) { m_model->setRows(rows); }
-  int Cols() const { return m_model->columns(); }
-  void setCols(int cols);
-  static constexpr int FixedRows() { return 1; }
-  static constexpr int FixedCols() { return 0; }
+  /// `records` has the roles of `FlexGridRows`.
+  FlexGrid(const QString& designName, const QString& accessibleName, QAbstractItemModel* records,
+           QWidget* parent);
 
-  /// The current cell. Setting one of the two keeps the other.
+  int Rows() const { return m_rows->rows(); }
+  int Cols() const { return m_rows->columnCount(); }
+  const FlexGridRows& rows() const { return *m_rows; }
+
+  /// The current cell. Setting one coordinate keeps the other.
   int Row() const { return m_row; }
   int Col() const { return m_col; }
   void setRow(int row) { setCurrentCell(row, m_col); }
@@ -36,52 +34,47 @@ class FlexGrid : public QTableView {
   int RowSel() const { return m_row; }
   int ColSel() const { return m_col; }
 
-  /// The pointer's cell, -1 when it is over none.
-  int MouseRow() const { return m_mouseRow; }
-  int MouseCol() const { return m_mouseCol; }
+  /// The pointer's cell; -1 if it is over none.
+  int MouseRow() const { return m_mouse.row; }
+  int MouseCol() const { return m_mouse.col; }
 
-  QString TextMatrix(int row, int col) const { return m_model->text(row, col); }
-  void setTextMatrix(int row, int col, const QString& text) { m_model->setText(row, col, text); }
+  /// The whole text of a cell, in row 0 the heading.
+  QString TextMatrix(int row, int col) const;
 
-  int ColWidth(int col) const;
-  void setColWidth(int col, int twips);
-  int RowHeight(int row) const;
-  /// 0 hides the row, anything else shows it at the height that all rows have. The header always shows.
-  void setRowHeight(int row, int twips);
-  int Height() const;
-  void setColAlignment(int col, Qt::Alignment alignment) { m_model->setAlignment(col, alignment); }
-
-  /// Sorts all rows below the header by the current column: 3 and 4 by the number that a cell begins with, up
-  /// and down; 5 and 6 by the text without regard to case.
+  /// Sorts all rows below the header by the current column: 3 and 4 by number, up and down; 5 and 6 by the
+  /// text.
   void setSort(int code);
+  /// Hides all rows except the `wanted` records.
+  void showOnly(const std::function<bool(int record)>& wanted);
 
-  FormColor BackColor() const { return systemWindow; }
-  FormColor CellBackColor() const { return m_model->color(m_row, m_col); }
-  void setCellBackColor(FormColor color) { m_model->setColor(m_row, m_col, color); }
-  void setCellPicture(const QIcon& picture) { m_model->setPicture(m_row, m_col, picture); }
+  /// Shows a check box at each row: `isChecked` tells of a record whether it is checked. `CheckPressed` and
+  /// `CheckAllPressed` come when one of them, or the one above them all, is pressed.
+  void showChecks(std::function<bool(int record)> isChecked);
+  /// What is checked has changed; `all` is the box above them.
+  void checksChanged(Qt::CheckState all);
 
-  /// While false, changes are not shown.
-  bool Redraw() const { return m_redraw; }
-  void setRedraw(bool redraw);
+  /// Gives one cell its own background and takes it from the previous one.
+  void setCellBackColor(int row, int col, FormColor color);
+  /// The cell with its own background.
+  std::optional<QColor> CellBackColor(int row, int col) const;
 
-  /// A text of the owner's.
+  /// A text for the owner's use.
   QString Tag;
-  QString ToolTipText() const { return m_toolTip; }
-  void setToolTipText(const QString& text) { m_toolTip = text; }
 
-  /// The first row in view below the header. Any row can be it, also one that leaves less than a page.
+  /// The row drawn on top, below the header. The last page is a full one, so later rows cannot be on top.
   int TopRow() const;
   void setTopRow(int row);
+  /// Whether some of the row is in view.
   bool RowIsVisible(int row) const;
+  /// A page of the shown rows, up or down.
+  void turnPage(bool up);
 
-  /// The width of `text` in the grid's font, in whole pixels that hold all of it.
-  int TextWidth(const QString& text) const;
-  /// What a column has to be wide besides a header text, for the arrow that shows the sort order.
-  static int HeaderRoom();
   /// Where a cell is, in the viewport's coordinates; for the header row in the header's.
   QRect cellArea(int row, int col) const;
-  /// The place on the screen from which a menu for the current cell drops.
+  /// Where on the screen a menu for the current cell opens.
   QPoint menuPlace() const;
+  /// The width of frame and scroll bar, in pixels.
+  int besideColumns() const;
 
  Q_SIGNALS:
   /// The left button went down and up on one cell, or a key did the same.
@@ -92,10 +85,13 @@ class FlexGrid : public QTableView {
   void MouseWheel(int turn, QPoint place);
   /// The menu key.
   void MenuKey();
+  void CheckPressed(int record);
+  void CheckAllPressed(bool checked);
 
  protected:
   void updateGeometries() override;
-  bool viewportEvent(QEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -106,26 +102,31 @@ class FlexGrid : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void setCurrentCell(int row, int col);
-  void pointAt(int row, int col, Qt::MouseButtons buttons);
-  void pointAtPlace(QPoint inViewport, Qt::MouseButtons buttons);
-  int keyTarget(int key) const;
-  bool leaveHiddenRow();
-  void restoreView();
-  void showToolTip(QPoint place, QWidget* over);
+  struct Cell {
+    int row = -1;
+    int col = -1;
+    bool operator==(const Cell&) const = default;
+  };
 
-  FlexGridModel* m_model;
-  std::vector<int> m_widths;  // twips
-  QString m_toolTip;
+  void setCurrentCell(int row, int col);
+  void afterRearranging(int top);
+  void pointAt(Cell cell, Qt::MouseButtons buttons);
+  void press(const QWidget* over, const QMouseEvent& event);
+  Cell cellAt(const QWidget* over, QPoint place) const;
+  std::optional<Cell> keyTarget(int key) const;
+  bool leaveHiddenRow();
+  void alignTopRow();
+
+  FlexGridRows* m_rows;
+  CheckHeader* m_checks;
+  QWidget* m_corner;
+  QCheckBox* m_checkAll;
   int m_row = 1;
   int m_col = 0;
-  int m_mouseRow = -1;
-  int m_mouseCol = -1;
-  int m_pressRow = -1;
-  int m_pressCol = -1;
-  int m_topBeforeReset = 1;
-  int m_shownBeforeReset = 0;
-  bool m_redraw = true;
+  Cell m_mouse;
+  Cell m_press;
+  Cell m_colored;
+  FormColor m_color = systemButtonFace;
 };
 
 }  // namespace orvanta

@@ -1,11 +1,10 @@
 #include "ui/flex_grid_paint.h"
 
-#include <QAbstractItemView>
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
 
-#include "ui/flex_grid_model.h"
+#include "ui/flex_grid.h"
 #include "ui/theme.h"
 
 namespace orvanta {
@@ -15,52 +14,30 @@ namespace {
 constexpr int sideMargin = 3;
 constexpr int pictureSize = 16;
 
-struct Cell {
-  QRect area;
-  QString text;
-  QIcon picture;
-  Qt::Alignment alignment;
-  QColor ground;
-  QColor ink;
-};
-
-void paintCell(QPainter& painter, const Cell& cell) {
-  painter.fillRect(cell.area, cell.ground);
-  if (!cell.picture.isNull()) {
-    QRect picture(0, 0, pictureSize, pictureSize);
-    picture.moveCenter(cell.area.center());
-    cell.picture.paint(&painter, picture);
+/// Paints what the roles of a cell hold.
+template <typename RoleValue>
+void paintCell(QPainter& painter, const QRect& area, const QColor& ink, RoleValue value) {
+  if (const auto picture = value(Qt::DecorationRole).template value<QIcon>(); !picture.isNull()) {
+    QRect place(0, 0, pictureSize, pictureSize);
+    place.moveCenter(area.center());
+    picture.paint(&painter, place);
     return;
   }
-  if (cell.text.isEmpty()) return;
-  const QRect line = cell.area.adjusted(sideMargin, 0, -sideMargin, 0);
+  const QRect line = area.adjusted(sideMargin, 0, -sideMargin, 0);
   const QFontMetrics metrics = painter.fontMetrics();
-  const QString text = metrics.elidedText(cell.text, Qt::ElideRight, line.width());
+  const QString text = metrics.elidedText(value(Qt::DisplayRole).toString(), Qt::ElideRight, line.width());
+  const auto alignment = value(Qt::TextAlignmentRole).template value<Qt::Alignment>();
   int left = line.left();
-  if (cell.alignment & Qt::AlignRight) left += line.width() - metrics.horizontalAdvance(text);
-  if (cell.alignment & Qt::AlignHCenter) left += (line.width() - metrics.horizontalAdvance(text)) / 2;
-  // All texts on one base line: a glyph out of a taller font shall not move its row's text.
+  if (alignment & Qt::AlignRight) left += line.width() - metrics.horizontalAdvance(text);
+  if (alignment & Qt::AlignHCenter) left += (line.width() - metrics.horizontalAdvance(text)) / 2;
+  // All texts on one baseline: a glyph from a taller font must not move its row's text.
   const int baseLine = line.top() + (line.height() + metrics.ascent() - metrics.descent()) / 2;
-  painter.setPen(cell.ink);
+  painter.setPen(ink);
   painter.drawText(left, baseLine, text);
 }
 
 void paintRuling(QPainter& painter, const QRect& area, const QColor& color) {
   painter.fillRect(QRect(area.left(), area.bottom(), area.width(), 1), color);
-}
-
-/// The cell's own ground where it has one, with an ink that can be read on it.
-void takeOwnColor(const QVariant& value, Cell& cell) {
-  const FormColor own = value.toInt();
-  if (own < 0) return;
-  cell.ground = resolved(own, QPalette(), QPalette::Base);
-  cell.ink = readableOn(cell.ground);
-}
-
-QColor mixed(const QColor& a, const QColor& b, double share) {
-  return QColor::fromRgbF(static_cast<float>(a.redF() * (1 - share) + b.redF() * share),
-                          static_cast<float>(a.greenF() * (1 - share) + b.greenF() * share),
-                          static_cast<float>(a.blueF() * (1 - share) + b.blueF() * share));
 }
 
 void paintSortArrow(QPainter& painter, const QRect& header, Qt::SortOrder order, const QColor& ink) {
@@ -78,20 +55,20 @@ void paintSortArrow(QPainter& painter, const QRect& header, Qt::SortOrder order,
 
 void FlexGridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
+  const auto& grid = static_cast<const FlexGrid&>(*option.widget);
   const QPalette& colors = option.palette;
-  Cell cell{option.rect,
-            index.data(Qt::DisplayRole).toString(),
-            index.data(Qt::DecorationRole).value<QIcon>(),
-            index.data(Qt::TextAlignmentRole).value<Qt::Alignment>(),
-            colors.color(QPalette::Base),
-            colors.color(QPalette::Text)};
-  const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
-  if (view != nullptr && view->currentIndex().row() == index.row())
-    cell.ground = mixed(cell.ground, colors.color(QPalette::Highlight), 0.14);
-  takeOwnColor(index.data(FlexGridModel::OwnColorRole), cell);
+  const int row = grid.rows().row(index.row());
+  const auto own = grid.CellBackColor(row, index.column());
   painter->save();
   painter->setFont(option.font);
-  paintCell(*painter, cell);
+  painter->fillRect(option.rect, own.value_or(colors.color(QPalette::Base)));
+  if (!own && grid.Row() == row) {
+    painter->setOpacity(0.14);
+    painter->fillRect(option.rect, colors.color(QPalette::Highlight));
+    painter->setOpacity(1);
+  }
+  paintCell(*painter, option.rect, own ? readableOn(*own) : colors.color(QPalette::Text),
+            [&index](int role) { return index.data(role); });
   paintRuling(*painter, option.rect, colors.color(QPalette::AlternateBase));
   painter->restore();
 }
@@ -113,21 +90,15 @@ void FlexGridHeader::paintEvent(QPaintEvent* event) {
 }
 
 void FlexGridHeader::paintSection(QPainter* painter, const QRect& rect, int column) const {
-  const auto value = [this, column](int role) { return model()->headerData(column, orientation(), role); };
   const QPalette colors = palette();
   const bool sorted = isSortIndicatorShown() && sortIndicatorSection() == column;
-  Cell cell{rect,
-            value(Qt::DisplayRole).toString(),
-            {},
-            value(Qt::TextAlignmentRole).value<Qt::Alignment>(),
-            colors.color(QPalette::Base),
-            colors.color(QPalette::Text)};
-  takeOwnColor(value(FlexGridModel::OwnColorRole), cell);
+  const auto own = static_cast<const FlexGrid*>(parentWidget())->CellBackColor(0, column);
   painter->save();
   painter->setFont(font());
-  painter->fillRect(rect, cell.ground);
-  if (sorted) cell.area.adjust(0, 0, -FlexGridHeader::arrowRoom, 0);
-  paintCell(*painter, cell);
+  painter->fillRect(rect, own.value_or(colors.color(QPalette::Base)));
+  paintCell(*painter, sorted ? rect.adjusted(0, 0, -arrowRoom, 0) : rect,
+            own ? readableOn(*own) : colors.color(QPalette::Text),
+            [this, column](int role) { return model()->headerData(column, orientation(), role); });
   if (sorted) paintSortArrow(*painter, rect, sortIndicatorOrder(), theme::accent());
   const QColor line = colors.color(QPalette::Mid);
   paintRuling(*painter, rect, line);

@@ -19,7 +19,7 @@ class FlexGridHeader : public QHeaderView {
   Q_OBJECT
 
  public:
-  /// What the arrow takes of the sorted column's width, in pixels.
+  /// The arrow's share of the sorted column's width, in pixels.
   static constexpr int arrowRoom = 12;
 
   explicit FlexGridHeader(QWidget* parent);

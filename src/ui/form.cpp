@@ -1,16 +1,28 @@
 #include "ui/form.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QHideEvent>
+#include <QScreen>
 
-#include "ui/awaited.h"
+#include "platform/awaited.h"
 #include "ui/twips.h"
 
 namespace orvanta {
 
 namespace {
+
 constexpr int captionBarTwips = 420;
+
+/// Where a window of this size stands in the middle of `around`, and within `room`.
+QPoint middle(QSize size, QRect around, QRect room) {
+  QRect place(QPoint(), size);
+  place.moveCenter(around.center());
+  return {qMax(room.left(), qMin(place.left(), room.right() + 1 - place.width())),
+          qMax(room.top(), qMin(place.top(), room.bottom() + 1 - place.height()))};
 }
+
+}  // namespace
 
 Form::Form(const QString& designName, int widthTwips, int heightTwips, QWidget* owner)
     : QWidget(owner, Qt::Window), m_widthTwips(widthTwips), m_heightTwips(heightTwips) {
@@ -42,7 +54,7 @@ void Form::setHeight(int twips) {
 void Form::apply(QSize room) {
   setMinimumSize(designSize());
   const QSize wanted = designSize() + room;
-  // A maximised window keeps the screen's size; only how it is divided changes.
+  // A maximised window keeps the screen's size; only its layout changes.
   if (isMaximized() || isFullScreen() || size() == wanted) {
     QResizeEvent same(size(), size());
     resizeEvent(&same);
@@ -51,11 +63,48 @@ void Form::apply(QSize room) {
   }
 }
 
-QCoro::Task<> Form::showModal() {
+QCoro::Task<bool> Form::showModal() {
   setWindowModality(Qt::ApplicationModal);
   show();
   activateWindow();
-  if (isVisible()) co_await Emitted(this, &Form::hidden);
+  if (!isVisible()) co_return true;
+  const bool lives = co_await Emitted(this, &Form::hidden);
+  co_return lives;
+}
+
+bool Form::focusNextPrevChild(bool next) {
+  // The toolkit also asks for the next control when the focused one was just disabled or hidden.
+  const QWidget* holder = focusWidget();
+  const bool lost = holder != nullptr && (!holder->isEnabled() || !holder->isVisibleTo(this));
+  if (!lost) return QWidget::focusNextPrevChild(next);
+  m_refuge->setFocus();
+  return true;
+}
+
+void Form::centreOnScreen(const QScreen& screen) {
+  const QRect room = screen.availableGeometry();
+  move(middle(size(), room, room));
+}
+
+void Form::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (event->spontaneous() || isMaximized() || isFullScreen()) return;
+  if (parentWidget() != nullptr || isModal()) {
+    move(placeOverOwner());
+  } else if (m_wasShown && QGuiApplication::screenAt(frameGeometry().center()) != nullptr) {
+    // A window manager would look for a new place for it.
+    move(pos());
+  }
+  m_wasShown = true;
+}
+
+QPoint Form::placeOverOwner() const {
+  const QWidget* owner = parentWidget();
+  const QRect room = (owner != nullptr ? owner : this)->screen()->availableGeometry();
+  if (owner == nullptr || !owner->isVisible()) return middle(size(), room, room);
+  // The window manager has not framed this window yet; it will be as the owner's.
+  const QRect frame = owner->frameGeometry();
+  return middle(size() + frame.size() - owner->size(), frame, room);
 }
 
 void Form::hideEvent(QHideEvent* event) {

@@ -3,13 +3,21 @@
 #include <QCoroTask>
 #include <QWidget>
 
+class QScreen;
+
 namespace orvanta {
 
 /// A top-level window whose size is set and tested in twips.
 ///
 /// `Width` is the inner width; the inner height is `Height` less the 420 twips of a caption bar. The user may
-/// make a window larger than that. What he added is kept apart, so that the twips stay the values the program
-/// set.
+/// make a window larger than that. What the user adds is kept separately, so that the twips stay the values
+/// the program set.
+///
+/// A form that belongs to another, or that is modal, comes up in the middle of its owner, or of the screen
+/// while that is hidden; any other form comes back to where it was.
+///
+/// When the focused control is disabled or hidden, the focus goes to the refuge, not to a neighbour, for
+/// which the next press of the space bar was never meant.
 class Form : public QWidget {
   Q_OBJECT
 
@@ -27,24 +35,37 @@ class Form : public QWidget {
   /// What the user added to it, in pixels.
   QSize userRoom() const;
 
-  /// Shows the form above all others of the program until it is hidden or closed.
-  QCoro::Task<> showModal();
+  /// Moves a hidden form without an owner to where it is to come up: the middle of `screen`.
+  void centreOnScreen(const QScreen& screen);
+
+  /// Shows the form above all others of the program until it is hidden or closed. False if it was deleted
+  /// instead: the caller must then not touch its owner either.
+  QCoro::Task<bool> showModal();
 
  Q_SIGNALS:
-  /// The form went from the screen, by the program or by the user (a minimised form did not).
+  /// The program or the user took the form off the screen (minimising does not count).
   void hidden();
-  /// The user closed the form by its window's own means; `hidden` follows.
+  /// The user closed the form with its window's own controls; `hidden` follows.
   void closedByUser();
 
  protected:
+  /// Gets the focus of a control that is disabled or hidden: a control that no key triggers. By default the
+  /// form itself.
+  void setFocusRefuge(QWidget* refuge) { m_refuge = refuge; }
+
+  bool focusNextPrevChild(bool next) override;
+  void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
   void apply(QSize room);
+  QPoint placeOverOwner() const;
 
   int m_widthTwips;
   int m_heightTwips;
+  bool m_wasShown = false;
+  QWidget* m_refuge = this;
 };
 
 }  // namespace orvanta

@@ -6,7 +6,7 @@
 
 namespace orvanta {
 
-/// Shows a picture at its own size from the top left corner; what passes the box's edge is cut off.
+/// Shows a picture at its own size from the top left corner; clipped at the box's edge.
 class PictureBox : public QWidget {
   Q_OBJECT
 

@@ -2,13 +2,16 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
+#include <QStyle>
 
-#include "ui/awaited.h"
+#include "platform/awaited.h"
+#include "platform/file_moves.h"
+#include "platform/notification.h"
+#include "ui/file_dialog.h"
+#include "ui/long_message.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,35 +19,45 @@ namespace orvanta {
 
 namespace {
 
-QMessageBox::Icon iconOf(BoxIcon icon) {
+/// The toolkit's names for an icon.
+struct Sign {
+  QMessageBox::Icon icon;
+  QStyle::StandardPixmap picture;
+};
+
+Sign signOf(BoxIcon icon) {
   switch (icon) {
     case BoxIcon::None:
-      return QMessageBox::NoIcon;
+      break;
     case BoxIcon::Information:
-      return QMessageBox::Information;
+      return {QMessageBox::Information, QStyle::SP_MessageBoxInformation};
     case BoxIcon::Question:
-      return QMessageBox::Question;
+      return {QMessageBox::Question, QStyle::SP_MessageBoxQuestion};
     case BoxIcon::Warning:
-      return QMessageBox::Warning;
+      return {QMessageBox::Warning, QStyle::SP_MessageBoxWarning};
     case BoxIcon::Critical:
-      return QMessageBox::Critical;
+      return {QMessageBox::Critical, QStyle::SP_MessageBoxCritical};
   }
-  return QMessageBox::NoIcon;
+  return {QMessageBox::NoIcon, QStyle::SP_CustomBase};
 }
 
-/// The window that a box belongs above: without one it could open behind it.
+/// The window that a box belongs to: without one the box could open behind it.
 QWidget* topWindow() {
-  QWidget* modal = QApplication::activeModalWidget();
-  if (modal != nullptr) return modal;
-  if (QApplication::activeWindow() != nullptr) return QApplication::activeWindow();
+  // A dialog that was just closed can still count as the active window; a box that belonged to it would close
+  // with it.
+  for (QWidget* window : {QApplication::activeModalWidget(), QApplication::activeWindow()}) {
+    while (window != nullptr && !window->isVisible()) window = window->parentWidget();
+    if (window != nullptr) return window->window();
+  }
   for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible()) return window;
+    const bool lasts = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
+    if (lasts && window->isVisible()) return window;
   }
   return nullptr;
 }
 
-/// A dialog that belongs to the window above which it stands, and is gone when its question is answered. The
-/// window may go first, at the end of the process.
+/// A dialog that belongs to a window and closes when its question is answered. If the window is destroyed
+/// first, the dialog goes with it, unanswered.
 template <class Dialog>
 class Held {
  public:
@@ -61,11 +74,39 @@ class Held {
   QPointer<Dialog> m_dialog;
 };
 
-/// `text` with each line end of either kind as the one that a box shows as such.
+/// `text` with line ends of either kind as those that a box shows.
 QString lineBreaks(QString text) {
-  // A box of more than this would not fit on any screen.
-  text.truncate(4000);
+  // A tool can print anything; laying out more than this would freeze the window.
+  constexpr qsizetype most = 1 << 20;
+  if (const qsizetype more = text.size() - most; more > 0) {
+    text.truncate(most);
+    text += u"\n… 还有 %1 个字符 (and %1 characters more)"_s.arg(more);
+  }
   return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+}
+
+QDialog* boxFor(const MessageBox& box) {
+  const QString text = lineBreaks(box.text);
+  const Sign sign = signOf(box.icon);
+  if (LongMessage::isNeededFor(text, QApplication::font())) {
+    const bool plain = sign.icon == QMessageBox::NoIcon;
+    const QIcon icon = plain ? QIcon() : QApplication::style()->standardIcon(sign.picture);
+    return new LongMessage(box, text, icon, topWindow());
+  }
+  auto* dialog = new QMessageBox(topWindow());
+  dialog->setWindowTitle(box.title);
+  dialog->setTextFormat(Qt::PlainText);
+  dialog->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  dialog->setText(text);
+  dialog->setIcon(sign.icon);
+  const bool yesNo = box.buttons == BoxButtons::YesNo;
+  dialog->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
+  if (yesNo) {
+    const bool yesFirst = box.preselected == BoxAnswer::Yes;
+    dialog->setDefaultButton(yesFirst ? QMessageBox::Yes : QMessageBox::No);
+    dialog->setEscapeButton(QMessageBox::No);
+  }
+  return dialog;
 }
 
 /// Where a dialog opens; a suggestion without a folder leaves that to the dialog.
@@ -74,35 +115,32 @@ QString suggestedFolder(const QString& path) {
   return info.fileName() == path ? QString() : info.path();
 }
 
-/// The first selected path of a file dialog, or nothing.
-QCoro::Task<QString> answered(QFileDialog* dialog) {
+/// What was chosen in the dialog, or nothing.
+QCoro::Task<QString> answered(FileDialog* dialog) {
   dialog->setWindowModality(Qt::ApplicationModal);
   dialog->open();
-  co_await Emitted(dialog, &QDialog::finished);
-  if (dialog->result() != QDialog::Accepted || dialog->selectedFiles().isEmpty()) co_return QString();
-  co_return QDir::toNativeSeparators(dialog->selectedFiles().constFirst());
+  const bool closed = co_await Emitted(static_cast<QDialog*>(dialog), &QDialog::finished);
+  if (!closed) co_return QString();
+  const QString path = dialog->chosen();
+  co_return path;
 }
 
 }  // namespace
 
 QCoro::Task<BoxAnswer> QtDesktop::showBox(MessageBox box) {
-  const Held dialog(new QMessageBox(topWindow()));
-  dialog->setWindowTitle(box.title);
-  dialog->setTextFormat(Qt::PlainText);
-  dialog->setText(lineBreaks(box.text));
-  dialog->setIcon(iconOf(box.icon));
   const bool yesNo = box.buttons == BoxButtons::YesNo;
-  dialog->setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
-  if (yesNo) dialog->setEscapeButton(QMessageBox::No);
+  if (!m_asks) co_return yesNo ? BoxAnswer::No : BoxAnswer::Ok;
+  const Held dialog(boxFor(box));
   dialog->setWindowModality(Qt::ApplicationModal);
   dialog->open();
-  co_await Emitted(static_cast<QDialog*>(dialog.get()), &QDialog::finished);
+  const bool closed = co_await Emitted(dialog.get(), &QDialog::finished);
   if (!yesNo) co_return BoxAnswer::Ok;
-  co_return dialog->result() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+  co_return closed && dialog->result() == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
 }
 
 QCoro::Task<QString> QtDesktop::askSaveFile(SaveFileQuestion question) {
-  const Held dialog(new QFileDialog(topWindow(), question.title, suggestedFolder(question.suggestedPath)));
+  if (!m_asks) co_return QString();
+  const Held dialog(new FileDialog(topWindow(), question.title, suggestedFolder(question.suggestedPath)));
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setOption(QFileDialog::DontConfirmOverwrite);
@@ -113,19 +151,42 @@ QCoro::Task<QString> QtDesktop::askSaveFile(SaveFileQuestion question) {
 }
 
 QCoro::Task<QString> QtDesktop::askFolder(QString title) {
-  const Held dialog(new QFileDialog(topWindow(), title));
+  if (!m_asks) co_return QString();
+  const Held dialog(new FileDialog(topWindow(), title, m_lastFolder));
   dialog->setFileMode(QFileDialog::Directory);
   dialog->setOption(QFileDialog::ShowDirsOnly);
   const QString path = co_await answered(dialog.get());
+  if (!path.isEmpty()) m_lastFolder = QFileInfo(path).path();
   co_return path;
 }
 
+void QtDesktop::notify(const QString& title, const QString& text) {
+  notifyUser(title, text);
+}
+
 void QtDesktop::Beep() {
-  QApplication::beep();
+  if (m_asks) QApplication::beep();
+}
+
+bool QtDesktop::moveToWasteBin(const QString& path) {
+  return orvanta::moveToWasteBin(path);
 }
 
 void QtDesktop::open(const QUrl& address) {
-  QDesktopServices::openUrl(address);
+  if (m_asks) QDesktopServices::openUrl(address);
+}
+
+void QtDesktop::stopAsking() {
+  m_asks = false;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || !window->isModal()) continue;
+    auto* dialog = qobject_cast<QDialog*>(window);
+    if (dialog != nullptr) {
+      dialog->reject();
+    } else {
+      window->close();
+    }
+  }
 }
 
 }  // namespace orvanta

@@ -67,7 +67,7 @@ void apply(QApplication& application) {
   const ColorScheme atStart = desktopColorScheme();
   QApplication::setStyle(new ThemeStyle);
   show(atStart);
-  // Who changes the look of the desktop does it elsewhere, and comes back to this window afterwards.
+  // The user changes the desktop's look in another program and then comes back to this window.
   QObject::connect(&application, &QGuiApplication::applicationStateChanged, &application,
                    [shown = atStart](Qt::ApplicationState state) mutable {
                      if (state != Qt::ApplicationActive) return;

@@ -6,17 +6,17 @@
 class QApplication;
 
 /// The one look of the program: Fusion with a palette of our own, light and dark, and fonts in pixels, so
-/// that what is laid out in twips fits on every desktop.
+/// that a layout in twips fits on every desktop.
 namespace orvanta::theme {
 
 inline constexpr int textPixels = 12;
 inline constexpr int captionPixels = 10;
 
-/// Gives `application` the style, the palette that fits the desktop, and the font. The palette follows when
-/// the desktop has changed by the time that the user comes back to the program.
+/// Gives `application` the style, the palette that fits the desktop, and the font. The palette follows the
+/// desktop when the user comes back to the program.
 void apply(QApplication& application);
 
-/// The console's font: of one width, with CJK glyphs.
+/// The console's font: fixed width, with CJK glyphs.
 QFont consoleFont();
 
 QColor frameLine(const QPalette& palette);

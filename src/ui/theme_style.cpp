@@ -38,7 +38,8 @@ void drawButton(const QStyleOption& option, QPainter& painter) {
 
 void drawCheckBox(const QStyleOption& option, QPainter& painter) {
   const bool enabled = option.state & QStyle::State_Enabled;
-  const bool checked = option.state & QStyle::State_On;
+  const bool some = option.state & QStyle::State_NoChange;
+  const bool checked = some || option.state & QStyle::State_On;
   const QColor accent = option.palette.color(QPalette::Highlight);
   const QColor muted = option.palette.color(QPalette::Disabled, QPalette::WindowText);
   QRect box(0, 0, 14, 14);
@@ -50,8 +51,8 @@ void drawCheckBox(const QStyleOption& option, QPainter& painter) {
   painter.drawRoundedRect(inner(box), 3, 3);
   if (!checked) return;
   QPainterPath tick(box.topLeft() + QPointF(3.2, 7.2));
-  tick.lineTo(box.topLeft() + QPointF(6.0, 10.0));
-  tick.lineTo(box.topLeft() + QPointF(10.8, 4.4));
+  if (!some) tick.lineTo(box.topLeft() + QPointF(6.0, 10.0));
+  tick.lineTo(box.topLeft() + (some ? QPointF(10.8, 7.2) : QPointF(10.8, 4.4)));
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(Qt::white, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(tick);
@@ -90,7 +91,7 @@ int ThemeStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
 }
 
 int ThemeStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
-  // Else the last entry of a menu stands on its frame.
+  // Otherwise the last entry of a menu overlaps its frame.
   if (metric == PM_MenuVMargin || metric == PM_MenuHMargin) return 4;
   return QProxyStyle::pixelMetric(metric, option, widget);
 }

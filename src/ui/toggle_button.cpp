@@ -29,7 +29,7 @@ void ToggleButton::paintEvent(QPaintEvent*) {
   painter.setPen(face.darker(130));
   painter.setBrush(face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
-  // Both faces are of middling brightness, on which black reads best.
+  // Both faces are of medium brightness, on which black reads best.
   const QColor ink = Qt::black;
   if (hasFocus()) {
     painter.setPen(QPen(ink, 1, Qt::DotLine));

@@ -13,36 +13,32 @@ class BadgingTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void fields_data() {
-    QTest::addColumn<QString>("output");
-    QTest::addColumn<QString>("expected");  // fields 1, 2, 3, 4, 5, 9
-    const auto row = [](const char* name, const QString& output, const QString& expected) {
-      QTest::newRow(name) << output << expected;
-    };
-    row("one line", u"package: name='a' versionCode='1' versionName='2'\r\n"_s, u"a|1|2|||"_s);
-    row("a label in one language replaces the default",
-        u"application-label:'Default'\r\napplication-label-zh-CN:'应用'\r\n"_s, u"|||应用||"_s);
-    row("an empty icon keeps the one before",
-        u"application: label='L' icon='res/a.png'\r\nlaunchable-activity: name='m'  label='' icon=''\r\n"_s,
-        u"|||||res/a.png"_s);
-    row("values are cut of blanks", u"package: name='  a b '"_s, u"a b|||||"_s);
-    row("a label with an apostrophe is cut there", u"application-label:'Bob's game'\r\n"_s, u"|||Bob||"_s);
-    row("a value that holds a key counts as one", u"package: name='my.package' versionCode='7'"_s,
-        u"versionCode=|7||||"_s);
-    row("the mark of a feature", u"uses-feature: name='android.hardware.vr.headtracking'\r\n"_s,
-        u"||||Yes|"_s);
-    row("a key on the last piece has no value", u"package: name='a' versionCode="_s, u"a|||||"_s);
-    row("other cases of the keys do not count",
-        u"compileSdkVersion='30' platformBuildVersionCode='30' platformBuildVersionName='11'"_s, u"|||||"_s);
-  }
   void fields() {
-    QFETCH(QString, output);
-    Fields fields;
-    int count = 0;
-    readBadging(output, fields, count);
-    const QStringList found{fields[1], fields[2], fields[3], fields[4], fields[5], fields[9]};
-    QTEST(found.join(u'|'), "expected");
-    QCOMPARE(count, 0);
+    const std::pair<QString, QString> rows[] = {
+        // the output, then fields 1, 2, 3, 4, 5, 9
+        {u"package: name='a' versionCode='1' versionName='2'\r\n"_s, u"a|1|2|||"_s},
+        // a label in one language replaces the default
+        {u"application-label:'Default'\r\napplication-label-zh-CN:'应用'\r\n"_s, u"|||应用||"_s},
+        // an empty icon keeps the one before
+        {u"application: label='L' icon='res/a.png'\r\nlaunchable-activity: name='m'  label='' icon=''\r\n"_s,
+         u"|||||res/a.png"_s},
+        {u"package: name='  a b '"_s, u"a b|||||"_s},
+        {u"application-label:'Bob's game'\r\n"_s, u"|||Bob||"_s},
+        // a value that holds a key counts as one
+        {u"package: name='my.package' versionCode='7'"_s, u"versionCode=|7||||"_s},
+        {u"uses-feature: name='android.hardware.vr.headtracking'\r\n"_s, u"||||Yes|"_s},
+        // a key on the last piece has no value
+        {u"package: name='a' versionCode="_s, u"a|||||"_s},
+        {u"compileSdkVersion='30' platformBuildVersionCode='30' platformBuildVersionName='11'"_s, u"|||||"_s},
+    };
+    for (const auto& [output, expected] : rows) {
+      Fields fields;
+      int count = 0;
+      readBadging(output, fields, count);
+      const QStringList found{fields[1], fields[2], fields[3], fields[4], fields[5], fields[9]};
+      QCOMPARE(found.join(u'|'), expected);
+      QCOMPARE(count, 0);
+    }
   }
 
   void permissions() {

@@ -5,6 +5,7 @@
 #include "app/application.h"
 #include "inventory/parser.h"
 #include "platform/command_line.h"
+#include "platform/host_style.h"
 #include "support/stand_in.h"
 #include "ui/own_settings.h"
 #include "ui/recording_desktop.h"
@@ -14,7 +15,7 @@ using namespace orvanta;
 
 namespace {
 
-/// What the tools of a headset with the package on it say.
+/// What the tools print for a headset that has the package.
 const std::pair<QString, QString> replies[] = {
     {u"d badging *"_s,
      u"package: name='com.example.game' versionCode='121' versionName='1.2'\napplication-label:'Game'\n"_s},
@@ -29,7 +30,9 @@ const std::pair<QString, QString> replies[] = {
     {u"shell ls *"_s, u"ls: /sdcard/Android/obb/com.example.game: No such file or directory\n"_s},
     {u"shell pm list packages"_s, u"package:com.example.game\n"_s},
     {u"uninstall *"_s, u"Success\n"_s},
+    {u"shell pm uninstall *"_s, u"Success\n"_s},
     {u"shell pm path *"_s, u"package:/data/app/some.app-1/base.apk\n"_s},
+    {u"shell pm revoke *"_s, QString()},
     {u"shell find *"_s, u"5\n"_s},
     {u"shell monkey *"_s, u"** No activities found to run, monkey aborted.\n"_s},
     {u"push *"_s, u"1 file pushed\n"_s},
@@ -50,6 +53,7 @@ class CommandLinesTest : public QObject {
   std::unique_ptr<Application> m_program;
 
   apkinfo& form() { return m_program->mainWindow(); }
+  Workbench& bench() { return m_program->bench(); }
   Form4& apps() { return m_program->installedApps().window(); }
 
   QString at(const QString& name) const { return QDir::toNativeSeparators(m_folder + u'/' + name); }
@@ -64,7 +68,7 @@ class CommandLinesTest : public QObject {
     return windows ? line : splitCommandLine(line).join(u' ');
   }
 
-  void settle() { QTRY_VERIFY_WITH_TIMEOUT(!form().turn().taken(), 60'000); }
+  void settle() { QTRY_VERIFY_WITH_TIMEOUT(!bench().turn.taken(), 60'000); }
   void press(QPushButton* button) {
     button->setEnabled(true);
     button->click();
@@ -77,10 +81,10 @@ class CommandLinesTest : public QObject {
     settle();
   }
 
-  void start() {
+  void start(const QString& package = u"my game.apk"_s) {
     m_program = std::make_unique<Application>(m_desktop, [this] { ++m_ends; });
-    form().Timer3->setInterval(std::chrono::hours(1));  // the polls come when they are called
-    m_program->start(at(u"my game.apk"_s));
+    form().Timer3->setInterval(std::chrono::hours(1));  // polls only when called
+    m_program->start(at(package));
     QTRY_VERIFY_WITH_TIMEOUT(form().isVisible(), 30'000);
     QVERIFY(QTest::qWaitForWindowActive(&form()));
   }
@@ -117,6 +121,7 @@ class CommandLinesTest : public QObject {
     for (const size_t row : {1, 2}) {
       window->Check1[row]->click();
       settle();
+      QCOMPARE(window->lblNotice->Caption(), QString());
     }
     window->close();
   }
@@ -142,7 +147,33 @@ class CommandLinesTest : public QObject {
     m_tools.answer(u"pull /sdcard/*"_s, {{{u"a"_s, u"12345"_s}}, u"x: 1 file pulled\n"_s});
   }
 
+  void noReadablePackage() {
+    const QString unreadable =
+        u"\r\n该文件不是可读的安装包 (This file is no readable package): W/zip: bad\r\n"_s;
+    const QString unnamed =
+        u"\r\n文件名不是 UTF-8，无法交给工具 (The name is not UTF-8 and cannot be handed on to a tool)\r\n"_s;
+    for (const auto& [name, words] : {std::pair(u"my game.apk"_s, unreadable),
+                                      std::pair(u"my \ufffd\ufffd.apk"_s, unreadable + unnamed)}) {
+      m_tools.answer(u"d badging *"_s, u" \nW/zip: bad\nERROR: dump failed\n"_s);
+      m_tools.answer(u"shell dumpsys package*"_s, u"versionCode=32 minSdk=29\n"_s);
+      m_tools.takeCalls();
+      start(name);
+      QVERIFY(form().txtOutputs->Text().startsWith(u"\r\n未安装\r\n"_s));
+      QVERIFY(form().txtOutputs->Text().endsWith(words));
+      QVERIFY(!form().Command4->isEnabled());
+      QCoro::waitFor(m_program->watcher().Timer3_Timer());
+      QVERIFY(form().Command1->isEnabled() && !form().Command4->isEnabled());
+      QCOMPARE(form().Label6->Caption(), u"未安装"_s);
+      QCOMPARE(m_tools.calls().filter(u"dumpsys"_s), QStringList());
+      m_program.reset();
+    }
+  }
+
   void fromStartToEnd() {
+    const QString notes =
+        u"* daemon not running; starting now at tcp:5037\n* daemon started successfully\n"_s;
+    for (const auto& [call, reply] : replies) m_tools.answer(call, notes + reply);
+    m_tools.takeCalls();
     const QString adb = u"\"C:\\tools\\adb.exe\" "_s;
     const QString storage = adb + u"shell echo $EXTERNAL_STORAGE"_s;
     const QString list = adb + u"shell ls -Ral /sdcard/Android/obb/com.example.game"_s;
@@ -177,7 +208,7 @@ class CommandLinesTest : public QObject {
           storage, list, storage,
           adb + u"push \"D:\\games\\\\my patch.obb\" "
                 "\"/sdcard/Android/obb/com.example.game/my patch.obb\""_s,
-          storage, free}},
+          storage, free, list}},
         {"install",
          [this] { installAlone(); },
          {adb + u"install -r \"D:\\games\\my game.apk\""_s, storage, free}},
@@ -220,7 +251,7 @@ class CommandLinesTest : public QObject {
       QStringList expected;
       for (const QString& line : lines) expected << handedOver(line);
       QStringList started = m_tools.lines();
-      // Behind the count comes what the script of the list calls.
+      // After the count come the calls of the list's script.
       if (expected.constFirst().contains(u"wc -l"_s)) started = started.first(1);
       QCOMPARE(started, expected);
       m_tools.takeCalls();

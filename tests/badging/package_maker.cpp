@@ -2,29 +2,16 @@
 
 #include <zip.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include "sample_package.h"
+#include "support/files.h"
 
 namespace orvanta::test {
 
 using namespace Qt::StringLiterals;
-
-bool writeFile(const QString& file, const QByteArray& content) {
-  QDir().mkpath(QFileInfo(file).path());
-  QFile target(file);
-  return target.open(QIODevice::WriteOnly) && target.write(content) == content.size();
-}
-
-QByteArray readFile(const QString& file) {
-  QFile source(file);
-  return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
-}
 
 QString makePackage(const QString& file, const QByteArray& manifest, const PackageParts& resources,
                     const QStringList& moreArguments) {

@@ -34,11 +34,8 @@ struct TableVersion {
 /// A resource table with the given versions. The label has the id 0x7f020000, the icon the next one.
 QByteArray makeTable(const QList<TableVersion>& versions, TableForm form = TableForm::Plain);
 
-bool writeFile(const QString& file, const QByteArray& content);
-QByteArray readFile(const QString& file);
-
-/// What a program had to say about a package, without what it is not compared by: lines that our reader
-/// leaves out, and aapt's log with its time stamps.
+/// A program's output about a package, without what is not compared: lines that our reader leaves out, and
+/// aapt's log with its time stamps.
 struct Badging {
   int exitCode = -1;
   QByteArrayList lines;

@@ -1,7 +1,5 @@
 #include "desktop/file_manager_entry.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
@@ -10,22 +8,12 @@
 
 #include "desktop/desktop_entry.h"
 #include "platform/shell_verb.h"
+#include "support/files.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
 namespace {
-
-QByteArray contentOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
-void write(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write(content);
-}
 
 /// What `program` prints on both of its outputs.
 QString said(const QString& program, const QStringList& arguments) {
@@ -40,7 +28,7 @@ bool isMissing(const QString& tool) {
   return QStandardPaths::findExecutable(tool).isEmpty();
 }
 
-/// The lines of an entry that do not depend on where the program lies.
+/// The lines of an entry that do not depend on where the program is.
 QStringList placeless(const QString& entry) {
   QStringList lines = entry.split(u'\n');
   lines.removeIf(
@@ -60,47 +48,44 @@ class FileManagerEntryTest : public QObject {
     qputenv("XDG_DATA_HOME", m_folder->filePath(u"data home"_s).toUtf8());
   }
 
-  void awkwardFolders_data() {
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("exec");
-    QTest::newRow("blanks, signs, other scripts")
-        << u" a  b=头显é;c&d#e* "_s << u"\"/ a  b=头显é;c&d#e* /o\" %f"_s;
-    QTest::newRow("quotes") << u"a\"b'c"_s << u"\"/a\\\\\"b'c/o\" %f"_s;
-    QTest::newRow("per cent") << u"50%f"_s << u"env \"/50%%f/o\" %f"_s;
-    QTest::newRow("dollar, grave") << u"$HOME`id`"_s << u"\"/\\\\$HOME\\\\`id\\\\`/o\" %f"_s;
-    QTest::newRow("backslash") << u"a\\nb\\"_s << u"\"/a\\\\\\\\nb\\\\\\\\/o\" %f"_s;
-    QTest::newRow("line end, tab") << u"a\nb\tc"_s << u"\"/a\\nb\\tc/o\" %f"_s;
-  }
   void awkwardFolders() {
-    QFETCH(QString, folder);
-    QTEST(execValue(u'/' + folder + u"/o"_s), "exec");
+    const std::pair<QString, QString> rows[] = {
+        {u" a  b=头显é;c&d#e* "_s, u"\"/ a  b=头显é;c&d#e* /o\" %f"_s},
+        {u"a\"b'c"_s, u"\"/a\\\\\"b'c/o\" %f"_s},
+        {u"50%f"_s, u"env \"/50%%f/o\" %f"_s},
+        {u"$HOME`id`"_s, u"\"/\\\\$HOME\\\\`id\\\\`/o\" %f"_s},
+        {u"a\\nb\\"_s, u"\"/a\\\\\\\\nb\\\\\\\\/o\" %f"_s},
+        {u"a\nb\tc"_s, u"\"/a\\nb\\tc/o\" %f"_s},
+    };
+    for (const auto& [folder, exec] : rows) QCOMPARE(execValue(u'/' + folder + u"/o"_s), exec);
     if (isMissing(u"gio"_s) || isMissing(u"desktop-file-validate"_s))
       QSKIP("needs gio and desktop-file-utils");
 
     // The desktop itself reads the entry, starts the program, and hands over the path of the package.
-    const QString place = m_folder->filePath(folder);
-    QVERIFY(QDir().mkpath(place));
-    const QString program = place + u"/o"_s;
-    const QString started = m_folder->filePath(u"started"_s);
-    qputenv("ORVANTA_TEST_STARTED", started.toUtf8());
-    write(program,
-          "#!/bin/sh\nprintf '%s|' \"$0\" \"$@\" >\"$ORVANTA_TEST_STARTED.part\"\n"
-          "mv \"$ORVANTA_TEST_STARTED.part\" \"$ORVANTA_TEST_STARTED\"\n");
-    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    const QString entry = m_folder->filePath(desktopId + u".desktop"_s);
-    write(entry, desktopEntry(program).toUtf8());
-    QCOMPARE(said(u"desktop-file-validate"_s, {entry}), QString());
-    const QString package = m_folder->filePath(u"a  'b' $c 100%.apk"_s);
-    write(package, "");
-    QCOMPARE(said(u"gio"_s, {u"launch"_s, entry, package}), QString());
-    QTRY_COMPARE(QString::fromUtf8(contentOf(started)), program + u'|' + package + u'|');
+    for (const auto& [folder, exec] : rows) {
+      init();
+      const QString program = m_folder->filePath(folder) + u"/o"_s;
+      const QString started = m_folder->filePath(u"started"_s);
+      qputenv("ORVANTA_TEST_STARTED", started.toUtf8());
+      QVERIFY(writeFile(program,
+                        "#!/bin/sh\nprintf '%s|' \"$0\" \"$@\" >\"$ORVANTA_TEST_STARTED.part\"\n"
+                        "mv \"$ORVANTA_TEST_STARTED.part\" \"$ORVANTA_TEST_STARTED\"\n"));
+      QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+      const QString entry = m_folder->filePath(desktopId + u".desktop"_s);
+      QVERIFY(writeFile(entry, desktopEntry(program).toUtf8()));
+      QCOMPARE(said(u"desktop-file-validate"_s, {entry}), QString());
+      const QString package = m_folder->filePath(u"a  'b' $c 100%.apk"_s);
+      QVERIFY(writeFile(package, ""));
+      QCOMPARE(said(u"gio"_s, {u"launch"_s, entry, package}), QString());
+      QTRY_COMPARE(QString::fromUtf8(readFile(started)), program + u'|' + package + u'|');
+    }
   }
 
   void packagedEntryIsTheSame() {
     const QString folder = QStringLiteral(ORVANTA_LINUX_PACKAGING "/") + desktopId;
-    const QString packaged = QString::fromUtf8(contentOf(folder + u".desktop"_s));
+    const QString packaged = QString::fromUtf8(readFile(folder + u".desktop"_s));
     QCOMPARE(placeless(packaged), placeless(desktopEntry(u"/opt/orvanta"_s)));
-    const QByteArray metainfo = contentOf(folder + u".metainfo.xml"_s);
+    const QByteArray metainfo = readFile(folder + u".metainfo.xml"_s);
     const QByteArray id = desktopId.toUtf8();
     QVERIFY(metainfo.contains("<id>" + id + "</id>"));
     QVERIFY(metainfo.contains("<launchable type=\"desktop-id\">" + id + ".desktop</launchable>"));
@@ -113,10 +98,10 @@ class FileManagerEntryTest : public QObject {
     QCoro::waitFor(entry->writeAppliesTo());
     QVERIFY(entry->writeIcon());
     const QString dataHome = m_folder->filePath(u"data home"_s);
-    QCOMPARE(contentOf(dataHome + u"/applications/"_s + desktopId + u".desktop"_s),
+    QCOMPARE(readFile(dataHome + u"/applications/"_s + desktopId + u".desktop"_s),
              desktopEntry(QCoreApplication::applicationFilePath()).toUtf8());
-    QCOMPARE(contentOf(dataHome + u"/icons/hicolor/48x48/apps/"_s + desktopId + u".png"_s),
-             contentOf(u":/icon/orvanta_48.png"_s));
+    QCOMPARE(readFile(dataHome + u"/icons/hicolor/48x48/apps/"_s + desktopId + u".png"_s),
+             readFile(u":/icon/orvanta_48.png"_s));
     if (isMissing(u"gio"_s) || isMissing(u"update-desktop-database"_s))
       QSKIP("needs gio and desktop-file-utils");
     const QString offered = said(u"gio"_s, {u"mime"_s, u"application/vnd.android.package-archive"_s});
@@ -125,14 +110,11 @@ class FileManagerEntryTest : public QObject {
 
   void notWritable() {
     if (nativeShellVerbHome() != ShellVerbHome::DesktopEntries) QSKIP("this system has a registry");
-    // A file where a folder is needed stops an administrator too.
+    // A file in place of a folder stops even an administrator.
     const QString dataHome = m_folder->filePath(u"data home"_s);
-    QVERIFY(QDir().mkpath(dataHome));
-    write(dataHome + u"/applications"_s, "");
-    write(dataHome + u"/icons"_s, "");
+    QVERIFY(writeFile(dataHome + u"/applications"_s, "") && writeFile(dataHome + u"/icons"_s, ""));
     const auto entry = FileManagerEntry::create();
-    QVERIFY(!entry->writeCommand());
-    QVERIFY(!entry->writeIcon());
+    QVERIFY(!entry->writeCommand() && !entry->writeIcon());
   }
 
  private:

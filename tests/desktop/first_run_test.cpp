@@ -40,42 +40,39 @@ class FirstRunTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void everyWayThrough_data() {
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<int>("failing");
-    QTest::addColumn<QString>("writes");
-    QTest::addColumn<QString>("lastBox");
-    QTest::addColumn<QString>("settings");  // Explentry, Grant, tooltip
+  void everyWayThrough() {
     const QString question = u"是否在鼠标右键菜单中集成Orvanta？"_s;
     const QString failure = u"错误：也许没有管理员权限！"_s;
     const QString done = u"右键单击APK文件，然后选择“install”"_s;
-    QTest::newRow("no") << false << 0 << QString() << question << u"off on off"_s;
-    QTest::newRow("first write fails") << true << 1 << u"1"_s << failure << u"off on off"_s;
-    QTest::newRow("second write fails") << true << 2 << u"123"_s << done << u"on off on"_s;
-    QTest::newRow("third write fails") << true << 3 << u"123"_s << failure << u"off off off"_s;
-    QTest::newRow("made") << true << 0 << u"123"_s << done << u"on off on"_s;
-  }
-  void everyWayThrough() {
-    QFETCH(bool, yes);
-    QFETCH(int, failing);
-    QFETCH(QString, lastBox);
-    MainWindowFixture window;
-    const std::pair<QString, QString> before[] = {
-        {u"Explentry"_s, u"off"_s}, {u"Grant"_s, u"on"_s}, {u"tooltip"_s, u"off"_s}};
-    for (const auto& [section, value] : before) window.settings->write(section, value);
-    window.desktop.answers = {BoxAnswer::Ok, yes ? BoxAnswer::Yes : BoxAnswer::No};
-    NotedEntry entry(window.desktop, failing);
-    QCoro::waitFor(FirstRun(*window.form, entry));
+    const struct {
+      bool yes;
+      int failing;
+      QString writes, lastBox, settings;  // Explentry, Grant, tooltip
+    } rows[] = {{false, 0, u""_s, question, u"off on off"_s},
+                {true, 1, u"1"_s, failure, u"off on off"_s},
+                {true, 2, u"123"_s, done, u"on off on"_s},
+                {true, 3, u"123"_s, failure, u"off off off"_s},
+                {true, 0, u"123"_s, done, u"on off on"_s}};
+    for (const auto& row : rows) {
+      MainWindowFixture window;
+      const std::pair<QString, QString> before[] = {
+          {u"Explentry"_s, u"off"_s}, {u"Grant"_s, u"on"_s}, {u"tooltip"_s, u"off"_s}};
+      for (const auto& [section, value] : before) window.settings->write(section, value);
+      window.desktop.answers = {BoxAnswer::Ok, row.yes ? BoxAnswer::Yes : BoxAnswer::No};
+      NotedEntry entry(window.desktop, row.failing);
+      QCoro::waitFor(
+          FirstRun({window.desktop, *window.settings, [&window] { window.form->QuitProgram(); }}, entry));
 
-    QTEST(entry.writes, "writes");
-    QCOMPARE(window.desktop.boxes.size(), yes ? 3 : 2);
-    QCOMPARE(window.desktop.boxes[1].buttons, BoxButtons::YesNo);
-    QCOMPARE(window.desktop.boxTexts().last(), lastBox);
-    QStringList settings;
-    for (const auto& [section, value] : before) settings << window.settings->read(section, u"(none)"_s);
-    QTEST(settings.join(u' '), "settings");
-    QCOMPARE(window.desktop.beeps, lastBox.contains(u"install"_s) ? 1 : 0);
-    QCOMPARE(window.ends, 1);
+      QCOMPARE(entry.writes, row.writes);
+      QCOMPARE(window.desktop.boxes.size(), row.yes ? 3 : 2);
+      QCOMPARE(window.desktop.boxes[1].buttons, BoxButtons::YesNo);
+      QCOMPARE(window.desktop.boxTexts().last(), row.lastBox);
+      QStringList settings;
+      for (const auto& [section, value] : before) settings << window.settings->read(section, u"(none)"_s);
+      QCOMPARE(settings.join(u' '), row.settings);
+      QCOMPARE(window.desktop.beeps, row.lastBox == done ? 1 : 0);
+      QCOMPARE(window.ends, 1);
+    }
   }
 
   void tip() {

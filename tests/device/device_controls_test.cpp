@@ -1,3 +1,5 @@
+#include <QClipboard>
+
 #include "device/adb_row.h"
 #include "device/device_panel.h"
 #include "device/presses.h"
@@ -12,22 +14,22 @@ namespace {
 /// The open main window with the panel and the row.
 struct Window : MainWindowFixture {
   Window() {
-    form->objDOS = std::make_unique<DOSOutputs>(*form, &form->turn());
-    QObject::connect(form->objDOS.get(), &DOSOutputs::ReceiveOutputs, form->txtOutputs, &Console::append);
     form->show();
     form->setWidth(openWidth);
     form->setHeight(openHeight);
   }
   bool settled() const {
-    return QTest::qWaitFor([this] { return !form->turn().taken(); }, 20000);
+    return QTest::qWaitFor([this] { return !bench.turn.taken(); }, 20000);
   }
   bool press(Button* button) const {
     button->click();
     return settled();
   }
 
-  DevicePanel panel{*form};
-  AdbRow row{*form};
+  Button* Command13(int Index) const { return form->findChild<Button*>(u"Command13_%1"_s.arg(Index)); }
+
+  DevicePanel panel{bench, *form};
+  AdbRow row{bench, *form};
 };
 
 }  // namespace
@@ -53,7 +55,7 @@ class DeviceControlsTest : public QObject {
     StandIn adb;
     Window window;
     QStringList found;
-    for (Button* button : window.form->Command13) {
+    for (int Index = 0; Button* button = window.Command13(Index); ++Index) {
       window.form->setWidth(openWidth);
       QVERIFY(window.press(button));
       QCOMPARE(window.form->Width(), closedWidth);
@@ -69,7 +71,7 @@ class DeviceControlsTest : public QObject {
     StandIn adb;
     adb.answer(u"*"_s, u"adb: no devices/emulators found\n"_s);
     Window window;
-    QVERIFY(window.press(window.form->Command13[12]));
+    QVERIFY(window.press(window.Command13(12)));
     // Both commands of the pair are tried, and adb's own words are all that the user gets.
     QCOMPARE(window.form->txtOutputs->Text(), u"adb: no devices/emulators found\r\n"_s.repeated(2));
     QVERIFY(window.desktop.boxes.isEmpty());
@@ -88,21 +90,36 @@ class DeviceControlsTest : public QObject {
     QVERIFY(window.settled());
     QCOMPARE(adb.takeCalls(), QStringList{u"shell echo a  b"_s});
 
+    // A paste of several lines becomes one command, shown as it is run.
+    form.Text1->setText(u"shell  now"_s);
+    form.Text1->setCursorPosition(6);
+    QGuiApplication::clipboard()->setText(u"\necho a\r\n\r\nb\n"_s);
+    form.Text1->paste();
+    form.Text1->insert(u"c"_s);
+    QCOMPARE(form.Text1->text(), u"shell echo a bc now"_s);
+    QVERIFY(window.press(form.Command7));
+    QCOMPARE(adb.takeCalls(), QStringList{u"shell echo a bc now"_s});
+    window.bench.console.setText(u"on\r\n"_s);
+
     // One that does not end by itself: nothing else begins until it is stopped.
     form.Text1->setText(u"logcat"_s);
     form.Command7->click();
     QTRY_COMPARE(form.txtOutputs->Text(), u"on\r\nendless\r\n"_s);
-    for (Button* refused : {form.Command7, form.Command12, form.Command13[3]}) refused->click();
-    QCOMPARE(window.desktop.beeps, 2);
+    const auto* told = form.busyStrip->findChild<Label*>(u"busyText"_s);
+    for (Button* refused : {form.Command7, form.Command12, window.Command13(3)}) {
+      refused->click();
+      QVERIFY(form.busyStrip->isVisible() && told->Caption().contains(u"Wait for the current operation"_s));
+    }
+    QCOMPARE(window.desktop.beeps, 3);
     QCOMPARE(form.Width(), openWidth);
-    QTRY_VERIFY(form.busyStrip->inView());
+    QTRY_VERIFY(told->Caption().startsWith(u"adb · 0:0"_s));
     QTest::mouseClick(form.busyStrip->findChild<QPushButton*>(), Qt::LeftButton);
     QVERIFY(window.settled());
     QCOMPARE(adb.takeCalls(), QStringList{u"logcat"_s});
     QVERIFY(window.press(form.Command12));
     QCOMPARE(adb.takeCalls(), QStringList{u"shell svc usb setFunctions mtp true"_s});
     QCOMPARE(form.Width(), openWidth);
-    QCOMPARE(window.desktop.beeps, 3);
+    QCOMPARE(window.desktop.beeps, 4);
   }
 
   void toggles() {
@@ -122,6 +139,9 @@ class DeviceControlsTest : public QObject {
       QCOMPARE(form.Height(), afterCommand6);
       QCOMPARE(form.Text1->isVisible(), form.Height() == openHeight);
     }
+    // The row is just below what the closed window shows.
+    QCOMPARE(form.Text1->geometry().topLeft(), QPoint(8, 6840 / 15));
+    QCOMPARE(form.Text1->width(), 7455 / 15);
     QCOMPARE(form.focusWidget(), form.Text1);
   }
 };

@@ -1,8 +1,9 @@
-#include <QFileInfo>
 #include <QStandardPaths>
 #include <QTest>
 
 #include "inventory/installed_apps.h"
+#include "sample_package.h"
+#include "support/files.h"
 #include "testing/virtual_headset.h"
 #include "ui/main_window_fixture.h"
 
@@ -20,11 +21,10 @@ class LabelTool {
   explicit LabelTool(Kind kind = StandIn) {
     // A link that was left there would lead to the built program.
     QFile::remove(path());
-    QFile tool(path());
     if (kind == Built)
       QFile::link(built(), path());
-    else if (tool.open(QIODevice::WriteOnly))
-      tool.write("#!/system/bin/sh\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
+    else
+      writeFile(path(), "#!/system/bin/sh\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
   }
   ~LabelTool() { QFile::remove(path()); }
   Q_DISABLE_COPY_MOVE(LabelTool)
@@ -38,8 +38,8 @@ class LabelTool {
 struct Window : MainWindowFixture {
   Window() {
     form->Timer3->stop();
-    form->objDOS = std::make_unique<DOSOutputs>(*form, &form->turn());
     form->show();
+    QObject::connect(form->Command9, &QPushButton::clicked, &apps, &InstalledApps::Command9_Click);
     form->Command9->click();
   }
   bool opens() {
@@ -48,7 +48,7 @@ struct Window : MainWindowFixture {
   FlexGrid& grid() { return *apps.window().MSFlexGrid1; }
   QString notice() { return apps.window().lblNotice->text(); }
 
-  InstalledApps apps{*form};
+  InstalledApps apps{bench, *form};
 };
 
 }  // namespace
@@ -78,7 +78,7 @@ class InventoryTest : public QObject {
     Window window;
     QVERIFY(!window.form->isVisible() && window.apps.progress().isVisible());
     QVERIFY(window.opens());
-    QVERIFY(!window.apps.progress().isVisible() && !window.form->turn().taken());
+    QVERIFY(!window.apps.progress().isVisible() && !window.bench.turn.taken());
     QCOMPARE(window.notice(), QString());
     QMap<QString, QString> labels;
     int sized = 0;
@@ -100,19 +100,45 @@ class InventoryTest : public QObject {
       QCOMPARE(labels[u"com.example.jiezou.n1"_s], u"节奏空间 1"_s);
       QCOMPARE(labels[u"com.example.golfclub.n7"_s], u"Golf 🏌 Club 7"_s);
     }
-    // The count, the tool, and everything else.
+    // The count, the tool, everything else, and which headset it was.
     const QStringList services = m_headset->services();
-    QCOMPARE(services.filter(u"shell"_s).size(), 2);
-    QVERIFY2(services.size() <= 4, qPrintable(services.join(u'\n')));
+    QCOMPARE(services.filter(u"shell"_s).size(), 3);
+    QVERIFY2(services.size() <= 5, qPrintable(services.join(u'\n')));
     QVERIFY(window.apps.progress().barTwips() >= 7000);
+
+    // Read again in one call, with the new app; the current row stays.
+    QVERIFY(window.apps.window().lblRead->text().contains(u"1WMHH"_s));
+    SamplePackage added;
+    added.package = u"com.example.added"_s;
+    const QString file = m_headset->workPath(u"added.apk"_s);
+    QCOMPARE(added.write(file), QString());
+    QCOMPARE(m_headset->adb({u"install"_s, file}).exitCode, 0);
+    window.grid().setRow(5);
+    const QString current = window.apps.window().SelectedPackage();
+    m_headset->clearLog();
+    window.apps.window().cmdRefresh->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!window.bench.turn.taken(), 60000);
+    QCOMPARE(window.notice(), QString());
+    QCOMPARE(window.grid().Rows(), packages.size() + 2);
+    QCOMPARE(window.apps.window().SelectedPackage(), current);
+    QCOMPARE(m_headset->services().filter(u"shell"_s).size(), 2);
+    for (int row = 1; row < window.grid().Rows(); ++row)
+      if (window.grid().TextMatrix(row, ColPackage).startsWith(current + u' '))
+        QCOMPARE(window.grid().TextMatrix(row, ColAppName).trimmed(), labels[current]);
+    m_headset->setFault(u"state"_s, u"gone"_s);
+    QVERIFY(m_headset->waitForState(QString()));
+    window.apps.window().cmdRefresh->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!window.bench.turn.taken(), 60000);
+    QVERIFY2(window.notice().contains(u"no devices"_s), qPrintable(window.notice()));
+    QCOMPARE(window.grid().Rows(), packages.size() + 2);
 
     // It opens once.
     window.apps.window().close();
     QVERIFY(window.form->isVisible() && !window.form->Command9->isEnabled());
-    QVERIFY(window.module.InstalledAppsClosed);
+    QVERIFY(window.bench.state.InstalledAppsClosed());
     window.form->Command9->setEnabled(true);
     window.form->Command9->click();
-    QVERIFY(!window.form->turn().taken() && window.form->isVisible());
+    QVERIFY(!window.bench.turn.taken() && window.form->isVisible());
   }
 
   void noDevice() {

@@ -22,12 +22,14 @@ class Program {
   QString startHeadset() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        headset.workPath(QStringLiteral("config")));
+    qputenv("XDG_CONFIG_HOME", headset.workPath(QStringLiteral("config")).toUtf8());
     qputenv("XDG_CACHE_HOME", headset.workPath(QStringLiteral("cache")).toUtf8());
+    qputenv("XDG_STATE_HOME", headset.workPath(QStringLiteral("state-home")).toUtf8());
     SettingsStore().write(QStringLiteral("Explentry"), QStringLiteral("on"));
     return headset.start();
   }
 
-  /// Starts the program with `commandText`. False when its main window does not come.
+  /// Starts the program with `commandText`. False if its main window does not appear.
   bool start(const QString& commandText) {
     application = std::make_unique<Application>(desktop, [] {});
     application->start(commandText);
@@ -37,16 +39,17 @@ class Program {
 
   ~Program() {
     if (!application) return;
-    // A poll that is under way would come back to it.
+    // A poll that is under way would come back to it; a turn ends it.
     form().Timer3->stop();
-    Q_EMIT form().closing();
+    (void)bench().turn.begin();
     (void)QTest::qWaitFor([this] { return !application->watcher().polling(); }, 10'000);
   }
 
   apkinfo& form() { return application->mainWindow(); }
+  Workbench& bench() { return application->bench(); }
   QString console() { return form().txtOutputs->Text(); }
 
-  /// The services opened on the headset that have `part` in them, less what the shell protocol puts in front.
+  /// The services opened on the headset that have `part` in them, without the prefix of the shell protocol.
   QStringList commands(const QString& part = {}) const {
     QStringList found;
     for (const QString& service : headset.services()) {

@@ -7,8 +7,8 @@ using namespace orvanta;
 
 namespace {
 
-Module1 listOf(int count) {
-  Module1 module;
+ExpansionFileList listOf(int count) {
+  ExpansionFileList module;
   module.ObbFileCount = count;
   for (int i = 1; i <= qMin(count, 255); ++i)
     module.ObbFileNames[static_cast<size_t>(i)] = u"main.%1.obb"_s.arg(i);
@@ -23,7 +23,7 @@ class ObbSelectionTest : public QObject {
  private Q_SLOTS:
   void everyFileHasARowWhileThereAreRows() {
     for (const auto& [files, rows] : {std::pair{1, 1}, {17, 17}, {18, 17}, {300, 17}}) {
-      Module1 module = listOf(files);
+      ExpansionFileList module = listOf(files);
       Form3 form(u"game.apk"_s, module, nullptr);
       form.show();
       int shown = 0;
@@ -39,7 +39,7 @@ class ObbSelectionTest : public QObject {
   }
 
   void marksAndConfirmation() {
-    Module1 module = listOf(2);
+    ExpansionFileList module = listOf(2);
     Form3 form(u"game.apk"_s, module, nullptr);
     form.show();
     QTest::mouseClick(form.Check1[0], Qt::LeftButton);
@@ -53,22 +53,30 @@ class ObbSelectionTest : public QObject {
     QTRY_VERIFY(form.Command1->BackColor() != before);
     QTRY_COMPARE(form.Command1->BackColor(), before);
     QVERIFY(!module.ObbSelectionConfirmed);
-    QTest::mouseClick(form.Command1, Qt::LeftButton);
+    QTest::keyClick(form.Check1[1], Qt::Key_Return);
     QVERIFY(module.ObbSelectionConfirmed);
     QVERIFY(!form.isVisible());
     QCOMPARE(form.Check1[1]->Value(), 1);
   }
 
-  void closingDoesNotConfirm() {
-    Module1 module = listOf(1);
-    Form3 form(u"game.apk"_s, module, nullptr);
-    int closed = 0;
-    connect(&form, &Form::closedByUser, this, [&closed] { ++closed; });
-    const auto shown = form.showModal();
-    QTest::keyClick(&form, Qt::Key_Escape);
-    QTRY_VERIFY(shown.isReady());
-    QCOMPARE(closed, 1);
-    QVERIFY(!module.ObbSelectionConfirmed);
+  void otherWaysOut() {
+    const std::pair<QString, std::function<void(Form3&)>> ways[] = {
+        {u"closed"_s, [](Form3& form) { form.close(); }},
+        {u"cancelled"_s, [](Form3& form) { QTest::keyClick(form.Command1, Qt::Key_Escape); }},
+        {u"cancelled"_s, [](Form3& form) { QTest::keyClick(form.cmdCancel, Qt::Key_Return); }},
+        {u"cancelled"_s, [](Form3& form) { QTest::mouseClick(form.cmdCancel, Qt::LeftButton); }}};
+    for (const auto& [signal, leave] : ways) {
+      ExpansionFileList module = listOf(1);
+      Form3 form(u"game.apk"_s, module, nullptr);
+      QStringList told;
+      connect(&form, &Form::closedByUser, this, [&told] { told << u"closed"_s; });
+      connect(&form, &Form3::cancelled, this, [&told] { told << u"cancelled"_s; });
+      const auto shown = form.showModal();
+      leave(form);
+      QTRY_VERIFY(shown.isReady());
+      QCOMPARE(told, QStringList(signal));
+      QVERIFY(!module.ObbSelectionConfirmed);
+    }
   }
 };
 

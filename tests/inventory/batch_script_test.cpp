@@ -5,7 +5,7 @@
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
-/// The raw strings stand behind the class, which moc would not find behind them.
+/// The raw strings come after the class, which moc would not find after them.
 class BatchScriptTest : public QObject {
   Q_OBJECT
 

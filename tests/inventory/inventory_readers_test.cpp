@@ -1,12 +1,9 @@
-#include <QElapsedTimer>
 #include <QTest>
 
-#include "inventory/cell_text.h"
-#include "inventory/columns.h"
+#include "adb/replies.h"
 #include "inventory/parser.h"
 #include "inventory/progress.h"
 #include "inventory/shortcomings.h"
-#include "inventory/sort_press.h"
 #include "inventory/wheel.h"
 
 using namespace Qt::StringLiterals;
@@ -18,7 +15,7 @@ class InventoryReadersTest : public QObject {
  private Q_SLOTS:
   void twoAppsWithTheirReturns() {
     const QString output =
-        u"60\r\naapt-arm-pie: 1 file pushed. 3.2 MB/s\r\nTO3x: 9.9\r\n"
+        u"* daemon started successfully\r\n60\r\naapt-arm-pie: 1 file pushed. 3.2 MB/s\r\nTO3x: 9.9\r\n"
         "IP3x: com.example.one \r\napplication-label:One  \r\nVC3x: versionCode: 83 minSdk: 23 targetSdk: "
         "28\r\n"
         "VC3x: versionName: 1.1.7\r\nVC3x: versionName: IP3x: no\rTO3x: 7\r\nTO3x: 12.3\r\nAP3x: "
@@ -41,7 +38,7 @@ class InventoryReadersTest : public QObject {
         {u"error: closed\r\n"_s + block, false},
         {u"IP3x: a.a \r\nerror: closed\r\nAD3x: \n"_s, false},  // one of several calls failed
         {block + u"WARNING: linker\r\n"_s, false},
-        {u"error: closed\r\n"_s, false},  // no list at all is told as such
+        {u"error: closed\r\n"_s, false},  // a missing list is reported as such
         {block + u"IP3x: c.d \r\nTO3x: 1.0\r\n"_s, true},
         {block.chopped(4), true},
         {block + u"error: closed\r\n"_s, true},
@@ -51,10 +48,7 @@ class InventoryReadersTest : public QObject {
   }
 
   void progress() {
-    const struct {
-      QString reply;
-      int apps, percent, twips;
-    } rows[] = {
+    const std::tuple<QString, int, int, int> rows[] = {
         {u"100\r\n"_s, 1, 1, 0},
         {u"100\r\n"_s, 29, 28, 1960},  // a product of fractions falls short
         {u" 60 \r\n"_s, 61, 101, 7070},
@@ -65,10 +59,9 @@ class InventoryReadersTest : public QObject {
         {u"error: no devices/emulators found\r\n"_s, 3, 0, 0},
         {u"* daemon started *\r\n7\r\n"_s, 3, 0, 0},
     };
-    for (const auto& row : rows) {
-      const int percent = progressPercent(row.apps, cleanedCount(row.reply));
-      QCOMPARE(percent, row.percent);
-      QCOMPARE(progressBarTwips(percent), row.twips);
+    for (const auto& [reply, apps, percent, twips] : rows) {
+      QCOMPARE(progressPercent(apps, cleanedCount(reply)), percent);
+      QCOMPARE(progressBarTwips(percent), twips);
     }
     QCOMPARE(cleanedCount(u"* a *\r\n7\r\n"_s), u" a 7"_s);
   }
@@ -82,28 +75,22 @@ class InventoryReadersTest : public QObject {
     }
   }
 
-  // What the window does for each block, and the reading at the end, must not grow faster than the text.
-  void tenThousandAppsAreReadAtOnce() {
-    const QString stream =
-        u"IP3x: com.example.app \r\napplication-label:App\r\nVC3x: versionCode: 1 minSdk: 23\r\n"
-        "VC3x: versionName: 1.1\r\nTO3x: 12.3\r\nAP3x: 12.0\r\nOB3x: 0.2\r\nAD3x: 0.1\r\n"_s.repeated(10'000);
-    QElapsedTimer timer;
-    timer.start();
-    AppTagCounter counter;
-    for (qsizetype at = 0; at < stream.size(); at += 256) counter.feed(stream.mid(at, 256));
-    QCOMPARE(readInventory(stream).apps.size(), 10'000);
-    QCOMPARE(counter.apps(), 10'000);
-    QVERIFY2(timer.elapsed() < 1'000, qPrintable(QString::number(timer.elapsed())));
-  }
-
   void cellTexts() {
     QCOMPARE(CTrim(u"com.example.one \r"_s), u"com.example.one"_s);
     QCOMPARE(CTrim(u" \t\r\n\0\x7f\x81\x8d\x8f\x90\x9d Package Name"_s), u"PackageName"_s);
     const QString neighbours = u"!~\u0080\u0082\u008e\u0091\u00a0应用"_s;
     QCOMPARE(CTrim(neighbours), neighbours);
-    QCOMPARE(tenthsIn(u"12.3\r"_s), 123);
-    for (const QString& none : {u"0.0\r"_s, u"\r"_s, u"12.3 GB"_s, u"inf"_s}) QCOMPARE(tenthsIn(none), 0);
-    QCOMPARE(tenthsText(tenthsIn(u"200000.7"_s) + 4), u"200001.1"_s);
+    const std::tuple<CellKind, QString, double> rows[] = {
+        {CellKind::Size, u"12.3\r"_s, 12.3},
+        {CellKind::Number, u" -5 \r"_s, -5},
+        {CellKind::Size, u"12.3.4 GB"_s, 12.3},
+        {CellKind::Size, u"inf"_s, 0},
+        {CellKind::Number, u"1e9"_s, 1},
+        {CellKind::Number, u"\r"_s, 0},
+        {CellKind::Date, u"1970-01-02 00:00:01\r"_s, 86'401},
+        {CellKind::Date, u"soon"_s, 0},
+    };
+    for (const auto& [kind, cell, value] : rows) QCOMPARE(cellValue(kind, cell), value);
   }
 
   void headerPresses() {
@@ -114,10 +101,10 @@ class InventoryReadersTest : public QObject {
         {{ColUsedSpace, ColUsedSpace, ColApkSpace, ColUsedSpace},
          {SortNumericAscending, SortNumericDescending, SortNumericAscending, SortNumericAscending}},
     };
-    for (const auto& [columns, codes] : rows) {
+    for (const auto& [presses, codes] : rows) {
       QList<int> got{SortTextAscending};
       int lastColumn = ColAppName;
-      for (const int column : columns) {
+      for (const int column : presses) {
         got << sortCodeOfPress(column, lastColumn, got.constLast());
         lastColumn = column;
       }
@@ -126,22 +113,14 @@ class InventoryReadersTest : public QObject {
   }
 
   void wheelPages() {
-    const struct {
-      const char* name;
-      int Rows, TopRow, lastVisible, Rotation;
-      int newTop;  // -1: the list does not scroll
-    } rows[] = {
-        {"a page down", 101, 1, 20, -1, 20},
-        {"a page up", 101, 41, 60, 1, 22},
-        {"up stops at the first row", 101, 5, 24, 1, 1},
-        {"down stops at the last row", 101, 98, 100, -1, 100},
-        {"shorter than a page", 19, 1, 18, -1, -1},
-        {"as long as a page", 20, 1, 19, -1, 19},
-        {"no row is whole", 101, 30, 0, -1, 30},
+    const std::array<int, 5> rows[] = {
+        // Rows, TopRow, last visible, Rotation, the new top; -1: the list does not scroll
+        {101, 1, 20, -1, 20}, {101, 41, 60, 1, 22}, {101, 5, 24, 1, 1},   {101, 98, 100, -1, 100},
+        {19, 1, 18, -1, -1},  {20, 1, 19, -1, 19},  {101, 30, 0, -1, 30},
     };
-    for (const auto& row : rows) {
-      const PagedList list{200, 10, row.Rows, row.TopRow, [&row](int at) { return at <= row.lastVisible; }};
-      QVERIFY2(FlexGridScroll(list, row.Rotation).value_or(-1) == row.newTop, row.name);
+    for (const auto& [Rows, TopRow, lastVisible, Rotation, newTop] : rows) {
+      const PagedList list{200, 10, Rows, TopRow, [last = lastVisible](int at) { return at <= last; }};
+      QCOMPARE(FlexGridScroll(list, Rotation).value_or(-1), newTop);
     }
   }
 
@@ -161,29 +140,34 @@ class InventoryReadersTest : public QObject {
   }
 
   void shortcomings() {
-    const InventoryOutcome whole{false, {}, true, u"2"_s, 2, true, true, {u"2"_s, u"x: 1 file pushed."_s}};
-    const auto check = [&whole](const QString& said, auto change) {
-      InventoryOutcome outcome = whole;
+    using Outcome = InventoryOutcome;
+    const Outcome whole{false, {}, true, u"2"_s, 2, true, true, true, {u"2"_s, u"x: 1 file pushed."_s}};
+    const std::pair<QString, void (*)(Outcome&)> rows[] = {
+        {{}, [](Outcome&) {}},
+        {{}, [](Outcome& o) { o.apps = 3; }},
+        {{}, [](Outcome& o) { o.anySpace = false; }},  // all apps are tiny
+        {{}, [](Outcome& o) { o.words << u"du: /data/app/x: Permission denied"_s; }},
+        {u"There are no apps"_s, [](Outcome& o) { o.apps = 0, o.AppCountText = u"0"_s; }},
+        {u": error: closed"_s,
+         [](Outcome& o) { o.apps = 0, o.AppCountText = u"error: closed"_s, o.words = {o.AppCountText}; }},
+        {u"Only 1 of 2 apps could be read): error: closed"_s,
+         [](Outcome& o) { o.apps = 1, o.words << u"error: closed"_s; }},
+        {u"The list is not complete): error: closed"_s,
+         [](Outcome& o) { o.cut = true, o.words << u"error: closed"_s; }},
+        {u"Stopped"_s, [](Outcome& o) { o.stopped = o.cut = true, o.apps = 1; }},
+        {u"Disk full"_s, [](Outcome& o) { o.scriptFailure = u"Disk full"_s, o.apps = 0; }},
+        {u"did not tell the sizes"_s, [](Outcome& o) { o.anySize = o.anySpace = false; }},
+        {u"did not tell the sizes): sh: du: not found"_s,
+         [](Outcome& o) { o.anySpace = false, o.words << u"sh: du: not found"_s; }},
+        {u"aapt-arm-pie is missing"_s, [](Outcome& o) { o.hasBadgingTool = o.anyLabel = false; }},
+        {u"app names"_s, [](Outcome& o) { o.anyLabel = false; }},
+    };
+    for (const auto& [said, change] : rows) {
+      Outcome outcome = whole;
       change(outcome);
       const QString text = shortcomingsOf(outcome);
       QVERIFY2(said.isEmpty() ? text.isEmpty() : text.contains(said), qPrintable(text));
-    };
-    using Outcome = InventoryOutcome;
-    check({}, [](Outcome&) {});
-    check({}, [](Outcome& o) { o.apps = 3; });
-    check(u"There are no apps"_s, [](Outcome& o) { o.apps = 0, o.AppCountText = u"0"_s; });
-    check(u": error: no devices/emulators found"_s, [](Outcome& o) {
-      o.apps = 0, o.AppCountText = u"error: no devices/emulators found"_s, o.words = {o.AppCountText};
-    });
-    check(u"Only 1 of 2 apps could be read): error: closed"_s,
-          [](Outcome& o) { o.apps = 1, o.words << u"error: closed"_s; });
-    check(u"The list is not complete): error: closed"_s,
-          [](Outcome& o) { o.cut = true, o.words << u"error: closed"_s; });
-    check(u"Stopped"_s, [](Outcome& o) { o.stopped = o.cut = true, o.apps = 1; });
-    check(u"Disk full"_s, [](Outcome& o) { o.scriptFailure = u"Disk full"_s, o.apps = 0; });
-    check(u"did not tell the sizes"_s, [](Outcome& o) { o.anySize = false; });
-    check(u"aapt-arm-pie is missing"_s, [](Outcome& o) { o.hasBadgingTool = o.anyLabel = false; });
-    check(u"app names"_s, [](Outcome& o) { o.anyLabel = false; });
+    }
   }
 };
 

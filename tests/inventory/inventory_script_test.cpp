@@ -1,4 +1,3 @@
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -6,6 +5,7 @@
 
 #include "inventory/script.h"
 #include "platform/script_place.h"
+#include "support/files.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -27,7 +27,7 @@ class FakeDevice {
     write(u"bin/pm"_s, u"#!/bin/sh\ncat ROOT/pm\n"_s);
     write(u"bin/dumpsys"_s, u"#!/bin/sh\ncat; cat ROOT/dumpsys.$2\n"_s);
     write(u"bin/du"_s,
-          u"#!/bin/sh\nfor path; do grep -F \"\t$path\" ROOT/du || echo \"du: $path\" >&2; done\n"_s);
+          u"#!/bin/sh\nshift; for path; do grep -F \"\t$path\" ROOT/du || echo \"du: $path\" >&2; done\n"_s);
     // Neither exists on older devices.
     for (const auto& missing : {u"bin/awk"_s, u"bin/bc"_s})
       write(missing, u"#!/bin/sh\necho no $0; exit 127\n"_s);
@@ -35,12 +35,8 @@ class FakeDevice {
   }
 
   void write(const QString& name, const QString& text) {
-    const QFileInfo file(path(name));
-    QDir().mkpath(file.path());
-    QFile out(file.filePath());
-    QVERIFY(out.open(QIODevice::WriteOnly));
-    out.write(QString(text).replace(u"ROOT"_s, m_folder.path()).toUtf8());
-    out.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QVERIFY(writeFile(path(name), QString(text).replace(u"ROOT"_s, m_folder.path()).toUtf8()));
+    QFile::setPermissions(path(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   }
 
   /// What the script prints, line by line.
@@ -55,10 +51,7 @@ class FakeDevice {
 
   QString path(const QString& name) const { return m_folder.filePath(name); }
 
-  QByteArray calls() const {
-    QFile file(path(u"calls"_s));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-  }
+  QByteArray calls() const { return readFile(path(u"calls"_s)); }
 
  private:
   QTemporaryDir m_folder;
@@ -130,8 +123,10 @@ class InventoryScriptTest : public QObject {
     device.write(u"tmp/aapt-arm-pie"_s, u"#!/bin/sh\necho \"application-label:'from another day'\"\n"_s);
     device.write(u"pm"_s, u"package:/data/app/a.apk=a.b\n"_s);
     device.write(u"dumpsys.a.b"_s, u"    versionName=1\n"_s);
-    QCOMPARE(device.run(), (QStringList{u"IP3x: a.b "_s, u"application-label:"_s, u"VC3x: versionName: 1"_s,
-                                        u"TO3x: 0.0"_s, u"AP3x: 0.0"_s, u"OB3x: 0.0"_s, u"AD3x: 0.0"_s}));
+    device.write(u"du"_s, QString());  // it cannot measure anything
+    QCOMPARE(device.run(), (QStringList{u"du: /data/app/a.apk"_s, u"IP3x: a.b "_s, u"application-label:"_s,
+                                        u"VC3x: versionName: 1"_s, u"TO3x: 0.0"_s, u"AP3x: 0.0"_s,
+                                        u"OB3x: 0.0"_s, u"AD3x: 0.0"_s}));
     QCOMPARE(device.calls(), "shell\n");
   }
 

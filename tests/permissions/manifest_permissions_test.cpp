@@ -24,14 +24,16 @@ class ManifestPermissionsTest : public QObject {
   void theWindow() {
     MainWindowFixture window;
     apkinfo& form = *window.form;
-    Form1 list(form);
-    form.ManifestFields[11] = u"<b>android.permission.INTERNET</b>"_s;
-    form.ManifestFields[12] = u"android.permission.CAMERA"_s;
-    form.PermissionCount = 2;
+    LoadedPackage& package = window.bench.state.package;
+    Form1 list(window.bench.state, &form);
+    connect(form.Command2, &QPushButton::clicked, &list, &Form1::Command2_Click);
+    package.ManifestFields[11] = u"<b>android.permission.INTERNET</b>"_s;
+    package.ManifestFields[12] = u"android.permission.CAMERA"_s;
+    package.PermissionCount = 2;
     for (int press = 0; press < 2; ++press) form.Command2->click();
     QVERIFY(list.isVisible() && !list.isModal());
     QCOMPARE(list.Caption(), u"<b>android.permission.INTERNET</b>\randroid.permission.CAMERA\r"_s);
-    // Both lines stand under one another, in plain text; the last one's end begins a third.
+    // Two lines in plain text; the last line end begins a third.
     const int lines = list.Label1->sizeHint().height() / list.Label1->fontMetrics().lineSpacing();
     QCOMPARE(lines, 3);
     QTest::mouseClick(list.Permissions, Qt::LeftButton, {}, QPoint(3, 3));
@@ -40,7 +42,7 @@ class ManifestPermissionsTest : public QObject {
     QVERIFY(list.isVisible());
     QTest::mouseClick(list.Label1, Qt::LeftButton);
     QVERIFY(list.isHidden());
-    form.PermissionCount = 0;
+    package.PermissionCount = 0;
     form.Command2->click();
     QVERIFY(list.isVisible() && list.Label1->text().isEmpty() && !list.Label1->accessibleName().isEmpty());
     QTest::keyClick(list.Label1, Qt::Key_Escape);

@@ -1,4 +1,5 @@
 #include "permissions/permission_manager.h"
+#include "adb/runtime_permissions.h"
 
 #include "inventory/apps_form.h"
 #include "support/stand_in.h"
@@ -25,11 +26,11 @@ class PermissionManagerTest : public QObject {
   std::unique_ptr<Form4> m_apps;
   std::unique_ptr<PermissionManager> m_manager;
 
-  Turn& turn() { return m_main->form->turn(); }
+  Turn& turn() { return m_main->bench.turn; }
   Form8& window() { return m_manager->window(); }
   int value(size_t row) { return window().Check1[row]->Value(); }
 
-  /// The app asks for so many permissions, and has the second.
+  /// The app asks for so many permissions and has the second.
   void ask(int permissions) {
     QString reply = u"Packages:\n  Package [com.example.game] (1):\n    runtime permissions:\n"_s;
     for (int i = 1; i <= permissions; ++i)
@@ -37,7 +38,7 @@ class PermissionManagerTest : public QObject {
     m_adb->answer(u"shell dumpsys package com.example.game"_s, reply);
   }
   void choose(const QString& name) {
-    m_apps->MSFlexGrid1->setTextMatrix(1, ColPackage, name + u" \r"_s);
+    m_apps->fill(readInventory(u"IP3x: %1 \r\n"_s.arg(name)));
     m_apps->MSFlexGrid1->setRow(1);
   }
   bool open(const QString& name) {
@@ -54,15 +55,15 @@ class PermissionManagerTest : public QObject {
   void init() {
     m_adb = std::make_unique<StandIn>();
     m_main = std::make_unique<MainWindowFixture>();
-    m_apps = std::make_unique<Form4>(*m_main->form, turn());
-    m_manager = std::make_unique<PermissionManager>(*m_main->form, *m_apps);
+    m_apps = std::make_unique<Form4>(m_main->bench, m_main->bench.turn);
+    m_manager = std::make_unique<PermissionManager>(m_main->bench, *m_apps);
     m_apps->prepareLoad();
     m_apps->show();
   }
   void cleanup() {
     turn().requestStop();
     QVERIFY(settled());
-    // What waits for the window's end goes on before its owner goes.
+    // Lets the coroutine that waits for the window resume before its owner is destroyed.
     window().close();
     QCoreApplication::processEvents();
     m_manager.reset();
@@ -75,7 +76,7 @@ class PermissionManagerTest : public QObject {
     for (const int permissions : {0, 3, 14, 15, 1}) {
       ask(permissions);
       QVERIFY(open(package));
-      QVERIFY(window().isModal() && m_main->module.CommandBusy && !turn().taken());
+      QVERIFY(window().isModal() && m_main->bench.state.CommandBusy && !turn().taken());
       for (int i = 1; i <= Form8::rows; ++i) {
         const auto row = static_cast<size_t>(i);
         QCOMPARE(window().Frame1[row]->isVisible(), i <= permissions);
@@ -93,21 +94,22 @@ class PermissionManagerTest : public QObject {
     }
     // To open and to close it changes nothing.
     QCOMPARE(m_adb->calls(), QStringList(5, u"shell dumpsys package com.example.game"_s));
-    QVERIFY(m_main->module.CommandBusy);
+    QVERIFY(m_main->bench.state.CommandBusy);
     m_apps->close();
-    QVERIFY(!m_main->module.CommandBusy);
+    QVERIFY(!m_main->bench.state.CommandBusy);
   }
 
   void aChangeIsMadeAtOnce() {
     ask(3);
     QVERIFY(open(package));
     m_adb->takeCalls();
-    choose(u"com.example.other"_s);  // the pointer is elsewhere in the list behind the window
+    choose(u"com.example.other"_s);  // meanwhile the pointer is on another row
     window().Check1[2]->toggle();
     QVERIFY(turn().taken());
-    window().Check1[1]->click();  // refused
-    QVERIFY(value(1) == 0 && !window().lblNotice->Caption().isEmpty());
+    window().Check1[1]->click();  // refused, and said so
+    QVERIFY(value(1) == 0 && window().busyStrip->isVisible() && !window().lblNotice->isVisible());
     QVERIFY(settled());
+    QVERIFY(window().busyStrip->isHidden());
     QTest::keyClick(window().Check1[1], Qt::Key_Space);
     QVERIFY(settled());
     QVERIFY(window().lblNotice->Caption().isEmpty());

@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "platform/file_moves.h"
+#include "platform/file_sync.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -27,6 +28,13 @@ class FilesTest : public QObject {
     QCOMPARE(names(), before);
     QVERIFY(renameNoReplace(path(u"a b.apk"_s), path(u"a b.zip"_s)));
     QVERIFY(names().contains(u"a b.zip"_s) && names().size() == before.size());
+  }
+
+  void aCopyComesToTheDisk() {
+    QTemporaryDir folder;
+    QVERIFY(QFile(folder.filePath(u"a"_s)).open(QIODevice::WriteOnly));
+    for (const QString& path : {folder.filePath(u"a"_s), folder.path()}) QVERIFY(syncToDisk(path));
+    QVERIFY(!syncToDisk(folder.filePath(u"none"_s)));
   }
 
   void longPaths() {

@@ -44,7 +44,7 @@ struct Run {
   bool orderly = true;
 };
 
-/// Whether the process that has told its number runs; one that has ended and waits for its parent does not.
+/// Whether the process with this number runs; a zombie does not.
 bool runs(const QByteArray& number);
 
 /// Open files, pipes, processes and the like of this program.

@@ -9,9 +9,9 @@
 
 namespace orvanta {
 
-/// The tools that lie beside a test of orvanta_test_with_stand_ins(): they print what stands ready for a
-/// call, and note it. For what a window does with an answer; how the real tools answer is for the end-to-end
-/// tests.
+/// The tools that lie beside a test of orvanta_test_with_stand_ins(): they print the prepared answer to a
+/// call and record the call. For testing what a window does with an answer; the end-to-end tests use the real
+/// tools.
 class StandIn {
  public:
   /// What a call does, in this order.
@@ -25,8 +25,8 @@ class StandIn {
 
   StandIn() { qputenv("ORVANTA_STAND_IN", m_folder.path().toUtf8()); }
 
-  /// From now on a call whose words behind the tool's name, joined by blanks, are `call`, in which a star is
-  /// any text, is answered so. The latest that fits a call counts; without one nothing is printed.
+  /// From now on answers a call whose words after the tool's name, joined by blanks, match `call`, where a
+  /// star is any text. The latest match counts; without a match nothing is printed.
   void answer(const QString& call, const Answer& answer) {
     QByteArray entry;
     QDataStream stream(&entry, QIODevice::WriteOnly);
@@ -39,7 +39,7 @@ class StandIn {
 
   /// The words of the calls so far.
   QStringList calls() const { return notes(QStringLiteral("calls")); }
-  /// The same; they are then forgotten.
+  /// The same, and forgets them.
   QStringList takeCalls() {
     const QStringList taken = calls();
     for (const QString& name : {QStringLiteral("calls"), QStringLiteral("lines")})

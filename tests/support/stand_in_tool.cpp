@@ -1,6 +1,6 @@
-// Lies beside a test program under the names of the device's tools, notes how it was called, and does what
-// the test has laid ready for such a call. Both are files in the folder that ORVANTA_STAND_IN names;
-// stand_in.h writes and reads them.
+// Placed beside a test program under the names of the tools, it records how it was called and does what the
+// test has prepared for such a call. Both are files in the folder that ORVANTA_STAND_IN names; stand_in.h
+// writes and reads them.
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QDir>
@@ -24,7 +24,7 @@ void write(const QString& path, QIODevice::OpenMode mode, const QString& text) {
 /// Brings the files of a pull: a path that ends in a slash is a folder, an empty one the place itself.
 void bring(const QList<std::pair<QString, QString>>& files, const QStringList& words) {
   QString place = words.constLast();
-  // Into a folder that is there already it goes under its name on the device.
+  // Into an existing folder it goes under its name on the device.
   if (QFileInfo(place).isDir()) place += u'/' + words[words.size() - 2].section(u'/', -1);
   for (const auto& [name, content] : files) {
     const QString path = name.isEmpty() ? place : place + u'/' + name;
@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     if (!files.isEmpty()) bring(files, words);
     std::fputs(reply.toUtf8().constData(), stdout);
     std::fflush(stdout);
-    if (hangs) QThread::sleep(60);  // a failed test leaves nothing for ever
+    if (hangs) QThread::sleep(60);  // so that a failed test leaves nothing running
     return 0;
   }
   return 0;

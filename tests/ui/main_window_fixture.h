@@ -10,14 +10,15 @@
 
 namespace orvanta {
 
-/// A main window with settings of its own, a desktop that answers from a list, and an end that is only noted.
+/// A main window with settings of its own, a desktop that answers from a list, and an end that is only
+/// counted.
 ///
 /// Make it after the application object and before anything reads settings.
 class MainWindowFixture {
  public:
   MainWindowFixture() {
     settings = std::make_unique<SettingsStore>();
-    MainWindowNeeds needs{desktop, *settings, module, [this] { ++ends; }};
+    MainWindowNeeds needs{bench, *settings, [this] { ++ends; }};
     form = std::make_unique<apkinfo>(needs);
   }
 
@@ -29,7 +30,7 @@ class MainWindowFixture {
 
  public:
   RecordingDesktop desktop;
-  Module1 module;
+  Workbench bench{desktop};
   int ends = 0;
   std::unique_ptr<SettingsStore> settings;
   std::unique_ptr<apkinfo> form;

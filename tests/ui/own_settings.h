@@ -4,11 +4,11 @@
 
 namespace orvanta {
 
-/// The store of the user's choices as a new user finds it, for as long as this object lives; on Windows also
-/// the classes that the file manager goes by. Nothing reaches what the user of this machine has there.
+/// The settings of a new user while this object lives; on Windows also the file manager's classes. The real
+/// user's settings are not touched.
 class OwnSettings {
  public:
-  /// `folder` goes away by itself.
+  /// The caller removes `folder`.
   explicit OwnSettings(const QString& folder);
   ~OwnSettings();
   Q_DISABLE_COPY_MOVE(OwnSettings)

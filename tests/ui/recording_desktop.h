@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QFile>
+#include <QFileInfo>
 #include <QList>
 
 #include "ui/desktop.h"
 
 namespace orvanta {
 
-/// A desktop that answers from a list and keeps what was asked.
+/// A desktop that answers from a list and records what was asked.
 class RecordingDesktop : public Desktop {
  public:
   QList<MessageBox> boxes;   ///< every box that was shown
@@ -16,7 +18,10 @@ class RecordingDesktop : public Desktop {
   QList<QString> folderQuestions;
   QList<QString> folders;  ///< what the next folder dialogs give; then cancelled
   QList<QUrl> opened;
+  QStringList notifications;
+  QString wasteBin;  ///< the folder of the waste bin; empty: there is none
   int beeps = 0;
+  bool asks = true;
 
   QStringList boxTexts() const {
     QStringList texts;
@@ -38,7 +43,12 @@ class RecordingDesktop : public Desktop {
     co_return folders.isEmpty() ? QString() : folders.takeFirst();
   }
   void Beep() override { ++beeps; }
+  void notify(const QString&, const QString& text) override { notifications << text; }
+  bool moveToWasteBin(const QString& path) override {
+    return !wasteBin.isEmpty() && QFile::rename(path, wasteBin + u'/' + QFileInfo(path).fileName());
+  }
   void open(const QUrl& address) override { opened << address; }
+  void stopAsking() override { asks = false; }
 };
 
 }  // namespace orvanta

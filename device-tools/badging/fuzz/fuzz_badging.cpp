@@ -1,4 +1,4 @@
-// Feeds the reader with packages that nobody made on purpose. Run with the seeds that the build makes.
+// Feeds random packages to the reader. Run it with the seeds that the build makes.
 
 #include <stddef.h>
 #include <stdint.h>
@@ -19,7 +19,7 @@ using orvanta::badging::Work;
 // Enough for every path, little enough for thousands of runs a second.
 constexpr int64_t kWork = 20'000;
 
-/// A copy without a byte to spare, so that a read beyond it is noticed.
+/// A copy of the exact size, so that a read past its end is caught.
 Blob copyOf(const uint8_t* data, size_t size) {
   Blob blob(size);
   std::copy_n(data, size, blob.room());
@@ -46,7 +46,7 @@ class MemorySource final : public orvanta::badging::ByteSource {
   size_t m_size;
 };
 
-/// What lies behind the first place where a chunk of this kind may begin.
+/// The bytes from the first place on where a chunk of this kind may begin.
 std::optional<Blob> chunkIn(std::string_view input, std::string_view start) {
   const size_t at = input.find(start);
   if (at == std::string_view::npos) return {};
@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Output errors(-1);
   dump("badging", MemorySource(data, size), output, errors, Work(kWork));
 
-  // Most changes break the archive around the parts. The parts are worth a look all the same.
+  // Most mutations break the archive around the parts, so the parts are fed directly as well.
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   const std::optional<Blob> manifest = chunkIn(input, "\x03\x00\x08\x00"sv);
   const std::optional<Blob> table = chunkIn(input, "\x02\x00\x0c\x00"sv);

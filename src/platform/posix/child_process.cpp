@@ -2,16 +2,20 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#if defined(__linux__)
+#include <sys/prctl.h>
+#endif
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSocketNotifier>
 #include <QStandardPaths>
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -20,6 +24,8 @@
 
 #include "platform/command_line.h"
 #include "platform/output_blocks.h"
+#include "platform/posix/descriptor.h"
+#include "platform/posix/socket_queues.h"
 
 namespace orvanta {
 
@@ -30,106 +36,102 @@ namespace {
 constexpr size_t kReadSize = 64 * 1024;
 constexpr int kFirstFreeDescriptor = 3;
 
-class Descriptor {
- public:
-  explicit Descriptor(int fd = -1) : m_fd(fd) {}
-  Descriptor(Descriptor&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(m_fd, other.m_fd);
-    return *this;
-  }
-  ~Descriptor() {
-    if (m_fd >= 0) ::close(m_fd);
-  }
-
-  bool isOpen() const { return m_fd >= 0; }
-  int get() const { return m_fd; }
-
- private:
-  int m_fd;
-};
-
 struct Pipe {
   Descriptor readEnd;
   Descriptor writeEnd;
 };
 
-/// An own descriptor that is none of the standard three. A program that was started with those closed gets
-/// them from the next call that opens something, and the child's own would then be laid over it.
+/// A descriptor above the standard three. In a program that was started with those closed, the next open
+/// would get one of them, and dup2 in the child would overwrite it.
 Descriptor aboveStandard(Descriptor descriptor) {
   if (descriptor.get() >= kFirstFreeDescriptor) return descriptor;
   return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, kFirstFreeDescriptor));
 }
 
-/// Both ends closed on exec, the read end without blocking. 0 or the error number.
+/// Both ends closed on exec. 0 or the error number.
 int openPipe(Pipe& pipe) {
   std::array<int, 2> ends = {};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return errno;
   Descriptor low[] = {Descriptor(ends[0]), Descriptor(ends[1])};
-  // One statement each: while one is moved, the other keeps its place taken.
+  // Separate statements: while one is moved, the other keeps its number taken.
   pipe.readEnd = aboveStandard(std::move(low[0]));
   if (!pipe.readEnd.isOpen()) return errno;
   pipe.writeEnd = aboveStandard(std::move(low[1]));
-  if (!pipe.writeEnd.isOpen()) return errno;
-  return ::fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK) == 0 ? 0 : errno;
+  return pipe.writeEnd.isOpen() ? 0 : errno;
 }
 
-/// What a new child gets and does not get: the pipe for its output, no input, no other descriptor, a process
-/// group of its own, and signals as at log-in whatever this program has blocked or ignored.
+/// What a new child needs, prepared before the fork: between fork and exec nothing may be allocated.
 class SpawnPlan {
  public:
-  explicit SpawnPlan(int output) {
-    sigset_t none;
-    sigset_t all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    const std::initializer_list<int> results = {
-      posix_spawn_file_actions_init(&m_actions),
-      posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0),
-      posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO),
-      posix_spawn_file_actions_adddup2(&m_actions, output, STDERR_FILENO),
-#if defined(__GLIBC__)
-#if __GLIBC_PREREQ(2, 34)
-      // A library of the desktop may have opened a file without asking for close on exec.
-      posix_spawn_file_actions_addclosefrom_np(&m_actions, kFirstFreeDescriptor),
-#endif
-#endif
-      posix_spawnattr_init(&m_attributes),
-      posix_spawnattr_setpgroup(&m_attributes, 0),
-      posix_spawnattr_setsigmask(&m_attributes, &none),
-      posix_spawnattr_setsigdefault(&m_attributes, &all),
-      posix_spawnattr_setflags(&m_attributes,
-                               POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF),
-    };
-    m_error = std::max(results);
+  SpawnPlan(const QString& program, const QStringList& words) : m_program(program.toUtf8()) {
+    m_texts.reserve(static_cast<size_t>(words.size()));
+    for (const QString& word : words) m_texts.push_back(word.toUtf8());
+    for (QByteArray& text : m_texts) m_arguments.push_back(text.data());
+    m_arguments.push_back(nullptr);
   }
-  ~SpawnPlan() {
-    posix_spawnattr_destroy(&m_attributes);
-    posix_spawn_file_actions_destroy(&m_actions);
-  }
-  Q_DISABLE_COPY_MOVE(SpawnPlan)
 
-  /// 0 or the error number; `process` is the new child.
-  int run(const QString& program, const QStringList& words, pid_t& process) const {
-    if (m_error != 0) return m_error;
-    std::vector<QByteArray> texts;
-    texts.reserve(static_cast<size_t>(words.size()));
-    for (const QString& word : words) texts.push_back(word.toUtf8());
-    std::vector<char*> arguments;
-    arguments.reserve(texts.size() + 1);
-    for (QByteArray& text : texts) arguments.push_back(text.data());
-    arguments.push_back(nullptr);
-    return ::posix_spawn(&process, program.toUtf8().constData(), &m_actions, &m_attributes, arguments.data(),
-                         environ);
+  /// Starts the child with its output into `output`. 0 or the error number; `process` is the new child.
+  int run(int output, pid_t& process) const {
+    Pipe failure;
+    if (const int error = openPipe(failure)) return error;
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    // A signal must not run this program's handlers in the child.
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t parent = ::getpid();
+    process = ::fork();
+    if (process == 0) become(parent, output, failure.writeEnd.get());
+    int error = process < 0 ? errno : 0;
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (error != 0) return error;
+    failure.writeEnd = Descriptor();
+    ssize_t count = 0;
+    do {
+      count = ::read(failure.readEnd.get(), &error, sizeof error);
+    } while (count < 0 && errno == EINTR);
+    if (count <= 0) return 0;  // exec has closed the other end
+    ::waitpid(process, nullptr, 0);
+    return error;
   }
 
  private:
-  posix_spawn_file_actions_t m_actions;
-  posix_spawnattr_t m_attributes;
-  int m_error = 0;
+  /// In the child: the pipe for its output, no input, no other descriptor, a process group of its own, and
+  /// signals as at log-in whatever this program has blocked or ignored.
+  [[noreturn]] void become(pid_t parent, int output, int failure) const {
+    ::setpgid(0, 0);
+#if defined(__linux__)
+    // A tool that outlived the program would write where the next start sets things right.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+    if (::getppid() != parent) ::_exit(EXIT_FAILURE);
+    ::dup2(::open("/dev/null", O_RDONLY), STDIN_FILENO);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    if (failure != kFirstFreeDescriptor) ::dup3(failure, kFirstFreeDescriptor, O_CLOEXEC);
+#if defined(__GLIBC__)
+#if __GLIBC_PREREQ(2, 34)
+    // A library of the desktop may have opened a file without asking for close on exec.
+    ::closefrom(kFirstFreeDescriptor + 1);
+#endif
+#endif
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL;
+    sigemptyset(&action.sa_mask);
+    for (int number = 1; number < NSIG; ++number) ::sigaction(number, &action, nullptr);
+    ::pthread_sigmask(SIG_SETMASK, &action.sa_mask, nullptr);
+    ::execve(m_program.constData(), m_arguments.data(), environ);
+    const int error = errno;
+    [[maybe_unused]] const ssize_t written = ::write(kFirstFreeDescriptor, &error, sizeof error);
+    ::_exit(EXIT_FAILURE);
+  }
+
+  QByteArray m_program;
+  std::vector<QByteArray> m_texts;
+  std::vector<char*> m_arguments;
 };
 
-/// The file that a command line's first word stands for; empty when there is none.
+/// The file that a command line's first word means; empty if there is no such file.
 QString programFile(const QString& name) {
   if (name.contains(u'/')) return name;
   const QString own = QStandardPaths::findExecutable(name, {QCoreApplication::applicationDirPath()});
@@ -149,7 +151,7 @@ void reap(pid_t process) {
   try {
     std::thread(wait, 0).detach();
   } catch (const std::system_error&) {
-    // No thread to be had: the entry of an ended process stays until this program ends, which hurts nobody.
+    // No thread available: the zombie stays until this program ends, which does no harm.
   }
 }
 
@@ -163,13 +165,14 @@ class PosixChildProcess final : public OutputBlocks {
 
   std::optional<StartFailure> start(const QString& commandLine) override;
   void kill() override;
+  std::optional<qint64> bytesRead() const override;
 
  protected:
   void release() override;
 
  private:
   void readSome();
-  /// The child is reaped only at the end of the run, so that nobody else can have got its number meanwhile.
+  /// The child is reaped only at the end of the run, so that its number is not reused before.
   void killGroup() { ::kill(-m_process, SIGKILL); }
 
   Descriptor m_pipe;
@@ -184,7 +187,7 @@ std::optional<ChildProcess::StartFailure> PosixChildProcess::start(const QString
     return StartFailure{step, static_cast<quint32>(error)};
   };
   if (std::exchange(m_used, true)) return failure(StartFailure::Step::Process, EALREADY);
-  // The operating system would take a line up to the NUL only, which is another line than the one asked for.
+  // The operating system would cut the line at the NUL and run another command.
   if (commandLine.contains(QChar::Null)) return failure(StartFailure::Step::Process, EINVAL);
   const QStringList words = splitCommandLine(commandLine);
   const QString program = words.isEmpty() ? QString() : programFile(words.first());
@@ -193,9 +196,10 @@ std::optional<ChildProcess::StartFailure> PosixChildProcess::start(const QString
   Pipe pipe;
   if (const int error = openPipe(pipe)) return failure(StartFailure::Step::Pipe, error);
   pid_t process = 0;
-  if (const int error = SpawnPlan(pipe.writeEnd.get()).run(program, words, process)) {
+  if (const int error = SpawnPlan(program, words).run(pipe.writeEnd.get(), process)) {
     return failure(StartFailure::Step::Process, error);
   }
+  ::fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK);
   m_process = process;
   m_pipe = std::move(pipe.readEnd);
   m_readable = std::make_unique<QSocketNotifier>(m_pipe.get(), QSocketNotifier::Read);
@@ -207,7 +211,7 @@ void PosixChildProcess::readSome() {
   std::array<char, kReadSize> buffer;
   const ssize_t count = ::read(m_pipe.get(), buffer.data(), buffer.size());
   if (count > 0) {
-    m_readable->setEnabled(false);  // a slot that runs an event loop of its own shall not pile up output
+    m_readable->setEnabled(false);  // a slot that runs an event loop must not pile up output
     if (receive(QByteArrayView(buffer.data(), count))) m_readable->setEnabled(true);
   } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
     endOfPipe();
@@ -218,6 +222,17 @@ void PosixChildProcess::kill() {
   if (m_process == 0 || std::exchange(m_killed, true)) return;
   killGroup();
   endSoon();
+}
+
+std::optional<qint64> PosixChildProcess::bytesRead() const {
+  static const QByteArray key = "rchar: ";
+  QFile counters(QStringLiteral("/proc/%1/io").arg(m_process));
+  if (m_process == 0 || !counters.open(QIODevice::ReadOnly)) return std::nullopt;
+  const QByteArray line = counters.readLine();
+  bool isNumber = false;
+  const qint64 read = line.mid(key.size()).trimmed().toLongLong(&isNumber);
+  if (!line.startsWith(key) || !isNumber) return std::nullopt;
+  return qMax<qint64>(read - bytesOnTheWay(m_process), 0);
 }
 
 void PosixChildProcess::release() {

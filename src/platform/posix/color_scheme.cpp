@@ -31,8 +31,8 @@ int portalPreference() {
 }  // namespace
 
 ColorScheme desktopColorScheme() {
-  // Desktops with a platform theme of their own say it through the palette, as it is before the program sets
-  // its own, which is after the first call.
+  // Desktops with their own platform theme say it through the palette. The program sets its own palette after
+  // the first call, so the desktop's is read before.
   static const QPalette palette = QGuiApplication::palette();
   const QByteArray wish = qgetenv("ORVANTA_COLOR_SCHEME");
   if (wish == "dark") return ColorScheme::Dark;

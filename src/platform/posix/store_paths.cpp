@@ -1,26 +1,34 @@
 #include "platform/store_paths.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
+
+#include "platform/leftovers.h"
+#include "platform/posix/private_place.h"
 
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
-QString makeIconFolder() {
-  const QString cache = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
-  if (cache.isEmpty() || !QDir().mkpath(cache)) return {};
-  QByteArray folder = QFile::encodeName(cache + u"/icon-XXXXXX"_s);
-  if (::mkdtemp(folder.data()) == nullptr) return {};
-  return QFile::decodeName(folder);
+QString stateFolder() {
+  QString base = qEnvironmentVariable("XDG_STATE_HOME");
+  if (!base.startsWith(u'/')) base = QDir::homePath() + u"/.local/state"_s;
+  return base + u"/Orvanta"_s;
 }
 
-void leaveIconFolder(const QString& folder) {
-  if (!folder.isEmpty()) ::rmdir(QFile::encodeName(folder).constData());
+IconFolder::IconFolder(const QStringList& names) {
+  const QString cache = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
+  if (cache.isEmpty() || !QDir().mkpath(cache)) return;
+  const QString folder = freshName(cache + u"/icon-"_s);
+  QStringList files;
+  for (const QString& name : names) files << folder + u'/' + name;
+  m_note = noteLeftovers(files, folder);
+  if (makePrivateFolder(folder)) m_path = folder;
+}
+
+IconFolder::~IconFolder() {
+  if (!m_path.isEmpty()) QDir().rmdir(m_path);
+  m_note.clear();
 }
 
 }  // namespace orvanta

@@ -18,7 +18,7 @@ namespace orvanta {
 namespace {
 
 constexpr qsizetype kReadSize = 64 * 1024;
-// Reads that may wait for the event loop before the reader, and so the tool, has to wait for the window.
+// Reads that may be queued before the reader, and so the tool, has to wait for the event loop.
 constexpr int kReadsAhead = 4;
 
 class Handle {
@@ -76,8 +76,8 @@ class StartupInfo {
 
 class WindowsChildProcess;
 
-/// What the object and its reader thread share. It outlives whichever of the two goes first, since nothing
-/// safe ends a blocked read before the last holder of the pipe has gone.
+/// What the object and its reader thread share. It outlives both, since no safe call ends a blocked read
+/// before the last holder of the pipe has closed it.
 class Reader {
  public:
   Reader(Handle pipe, WindowsChildProcess* receiver) : m_pipe(std::move(pipe)), m_receiver(receiver) {}
@@ -109,6 +109,7 @@ class WindowsChildProcess final : public OutputBlocks {
 
   std::optional<StartFailure> start(const QString& commandLine) override;
   void kill() override;
+  std::optional<qint64> bytesRead() const override;
 
   /// Called on the event loop for the reader.
   void takeRead(const QByteArray& bytes);
@@ -119,13 +120,15 @@ class WindowsChildProcess final : public OutputBlocks {
 
  private:
   void terminate();
+  /// Whether what the job holds ends when the last handle to the job goes.
+  void setEndsWithJob(bool ends);
 
   std::shared_ptr<Reader> m_reader;  // null when no run is on
-  // Holds the tool and whatever it starts, for the sake of kill() alone. It has no limits: a run that ends by
-  // itself leaves a daemon that it started, such as the device bridge's server, alone. A kill() during the
-  // very run that started the daemon ends it too. Breaking away is not allowed for all that: it cannot be
-  // granted to the daemon only, and a script's tools would then survive the script. The next call starts the
-  // daemon anew.
+  // Holds the tool and whatever it starts, so that kill() ends all of it, and no tool outlives this program
+  // and writes where the next start sets things right. A run that ends by itself leaves a daemon it started,
+  // such as adb's server, alone. A kill() during the run that started the daemon ends it too: breakaway
+  // cannot be granted to the daemon alone, and a script's tools would then survive the script. The next call
+  // starts the daemon again.
   Handle m_job;
   Handle m_process;
   int m_readsTaken = 0;
@@ -140,8 +143,8 @@ void Reader::run() {
     const BOOL more =
         ::ReadFile(m_pipe.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr);
     if (!more) break;
-    if (count == 0) continue;  // the tool wrote nothing, which is no end
-    // A short line in a queue shall not hold a whole buffer.
+    if (count == 0) continue;  // the tool wrote nothing; that is not the end
+    // A short line in the queue must not keep a whole buffer.
     bytes = bytes.first(static_cast<qsizetype>(count));
     m_room.acquire();
     if (!post([bytes](WindowsChildProcess* receiver) { receiver->takeRead(bytes); })) return;
@@ -168,7 +171,7 @@ void Reader::abandon() {
 std::optional<ChildProcess::StartFailure> WindowsChildProcess::start(const QString& commandLine) {
   const auto failure = [](StartFailure::Step step, DWORD error) { return StartFailure{step, error}; };
   if (std::exchange(m_used, true)) return failure(StartFailure::Step::Process, ERROR_ALREADY_INITIALIZED);
-  // The operating system would take a line up to the NUL only, which is another line than the one asked for.
+  // The operating system would cut the line at the NUL and run another command.
   if (commandLine.contains(QChar::Null)) return failure(StartFailure::Step::Process, ERROR_INVALID_PARAMETER);
 
   SECURITY_ATTRIBUTES security = {sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
@@ -198,6 +201,7 @@ std::optional<ChildProcess::StartFailure> WindowsChildProcess::start(const QStri
   m_job = Handle(::CreateJobObjectA(nullptr, nullptr));
   // Without a job, kill() ends the tool alone.
   if (m_job.isOpen() && !::AssignProcessToJobObject(m_job.get(), m_process.get())) m_job = Handle();
+  setEndsWithJob(true);
 
   m_reader = std::make_shared<Reader>(std::move(input), this);
   try {
@@ -223,6 +227,12 @@ void WindowsChildProcess::kill() {
   endSoon();
 }
 
+std::optional<qint64> WindowsChildProcess::bytesRead() const {
+  IO_COUNTERS counters = {};
+  if (!m_process.isOpen() || !::GetProcessIoCounters(m_process.get(), &counters)) return std::nullopt;
+  return static_cast<qint64>(counters.ReadTransferCount);
+}
+
 void WindowsChildProcess::terminate() {
   if (m_job.isOpen()) {
     ::TerminateJobObject(m_job.get(), 1);
@@ -234,7 +244,15 @@ void WindowsChildProcess::terminate() {
 void WindowsChildProcess::release() {
   std::exchange(m_reader, nullptr)->abandon();
   m_process = Handle();
+  setEndsWithJob(false);
   m_job = Handle();
+}
+
+void WindowsChildProcess::setEndsWithJob(bool ends) {
+  if (!m_job.isOpen()) return;
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+  limits.BasicLimitInformation.LimitFlags = ends ? JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE : 0;
+  ::SetInformationJobObject(m_job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <QCoreApplication>
+#include <QProcess>
 #include <vector>
 
 #include "platform/windows/program_name.h"
@@ -49,6 +51,14 @@ QString textBehindProgram(const QString& line, const QString& program) {
 
 QString commandText(int, const char* const*) {
   return textBehindProgram(QString::fromWCharArray(::GetCommandLineW()), modulePath());
+}
+
+bool startAgain(const QString& text) {
+  QProcess program;
+  program.setProgram(QCoreApplication::applicationFilePath());
+  // The text is one path, blanks and all, as it was.
+  program.setNativeArguments(text);
+  return program.startDetached();
 }
 
 }  // namespace orvanta

@@ -4,9 +4,9 @@
 
 namespace orvanta {
 
-/// What stands behind the program's name in `line`, blanks and quotes and all, but for the blanks in front.
-/// `program` is the program's own path: an entry of the file manager starts it without quotes, so that the
-/// name ends at the first blank outside quotes only where the line does not begin with that path.
+/// The text after the program's name in `line`, with blanks and quotes but without leading blanks. `program`
+/// is the program's own path: the file manager's entry starts it without quotes, so a line that begins with
+/// that path has its name end there, not at the first blank outside quotes.
 QString textBehindProgram(const QString& line, const QString& program);
 
 }  // namespace orvanta

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/leftovers.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -14,9 +16,11 @@ struct ScriptPlace::File {
   explicit File(const QString& path) : script(path) {}
   ~File() {
     if (made) script.remove();
+    note.clear();
   }
   QFile script;
-  bool made = false;  // else the file is somebody else's
+  bool made = false;  // else the file is not ours
+  JournalEntry note;
 };
 
 ScriptPlace::ScriptPlace(const QString& text) {
@@ -29,12 +33,14 @@ ScriptPlace::ScriptPlace(const QString& text) {
   QFile& script = m_file->script;
   script.remove();
   // The command processor reads a script, and passes on what the tools of the script say, in the code page of
-  // its console, line by line. That is not this program's UTF-8 by itself.
+  // its console, line by line. By default that is not UTF-8.
   const QByteArray bytes = "@chcp 65001 >nul\r\n" + text.toUtf8();
   m_file->made = script.open(QIODevice::WriteOnly | QIODevice::NewOnly);
   if (m_file->made && script.write(bytes) == bytes.size() && script.flush()) {
     script.close();
-    // Quotes only where the system's look-up or the command processor would take the path apart.
+    // Only after it is made: the name is shared, and the next script of that name is not this one.
+    m_file->note = noteLeftover(ScriptPath);
+    // Quotes only if the system or the command processor would split the path.
     const auto needsQuotes = [](QChar c) { return u" &()[]{}^=;!'+,`"_s.contains(c); };
     m_commandLine = std::any_of(ScriptPath.begin(), ScriptPath.end(), needsQuotes) ? u'"' + ScriptPath + u'"'
                                                                                    : ScriptPath;

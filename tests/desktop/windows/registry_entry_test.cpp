@@ -13,7 +13,7 @@ using namespace orvanta;
 
 namespace {
 
-/// The text that stands in the registry, empty when there is none or one of another type.
+/// The text in the registry; empty if there is none or it is of another type.
 QString registryText(HKEY root, const QString& key, const QString& name) {
   std::array<wchar_t, 1024> text = {};
   auto bytes = static_cast<DWORD>(sizeof(text));
@@ -31,7 +31,8 @@ class RegistryEntryTest : public QObject {
   void whatTheFirstRunLeaves() {
     MainWindowFixture window;
     const auto entry = FileManagerEntry::create();
-    QCoro::waitFor(FirstRun(*window.form, *entry));
+    QCoro::waitFor(
+        FirstRun({window.desktop, *window.settings, [&window] { window.form->QuitProgram(); }}, *entry));
     QCOMPARE(window.desktop.boxes.size(), 3);
     QCOMPARE(window.ends, 1);
 
@@ -51,14 +52,15 @@ class RegistryEntryTest : public QObject {
 
   void refusedByTheRegistry() {
     MainWindowFixture window;
-    // A lasting key cannot be made below one that goes with the session, not even by an administrator.
+    // A permanent key cannot be made below a volatile one, not even by an administrator.
     HKEY verb = nullptr;
     QCOMPARE(::RegCreateKeyExW(HKEY_CLASSES_ROOT, L"*\\shell", 0, nullptr, REG_OPTION_VOLATILE,
                                KEY_ALL_ACCESS, nullptr, &verb, nullptr),
              ERROR_SUCCESS);
     ::RegCloseKey(verb);
     const auto entry = FileManagerEntry::create();
-    QCoro::waitFor(FirstRun(*window.form, *entry));
+    QCoro::waitFor(
+        FirstRun({window.desktop, *window.settings, [&window] { window.form->QuitProgram(); }}, *entry));
     QCOMPARE(window.desktop.boxTexts().last(), u"错误：也许没有管理员权限！"_s);
     QCOMPARE(window.settings->read(u"Explentry"_s, QString()), u"off"_s);
   }

@@ -12,8 +12,8 @@
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
-/// The batch file as the command processor runs it. That of Wine leaves carets in and does not replace text
-/// in a variable, so that the label, the path on the device and the ends of the long lines are not compared.
+/// The batch file as the command processor runs it. Wine's leaves carets in and does not replace text in a
+/// variable, so that the label, the path on the device and the ends of the long lines are not compared.
 class BatchRunTest : public QObject {
   Q_OBJECT
 

@@ -3,8 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <array>
 #include <cerrno>
@@ -12,11 +10,14 @@
 #include "platform/file_moves.h"
 #include "platform/run.h"
 #include "platform/store_paths.h"
+#include "platform/tool_place.h"
+#include "platform/usb_devices.h"
+#include "support/files.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
 
-/// What only systems of this kind have: descriptors and signals, links, modes of files.
+/// What only POSIX systems have: descriptors and signals, links, modes of files.
 class SystemTest : public QObject {
   Q_OBJECT
 
@@ -30,9 +31,9 @@ class SystemTest : public QObject {
     ::pthread_sigmask(SIG_BLOCK, &mask, nullptr);
     ::signal(SIGPIPE, SIG_IGN);
     Run run(state);
-    // A shell would clear what it is given. The C library keeps two of the higher signals to itself.
+    // A shell would reset its signals. The C library reserves two of the higher signals.
     Run signalsFree(u"grep -cE \"Sig(Blk|Ign):.*0000000$\" /proc/self/status"_s);
-    // Once more as a program that was itself started with nothing open.
+    // Again as a program that was itself started with nothing open.
     std::array<int, 3> saved = {};
     for (int fd = 0; fd < 3; ++fd) saved[size_t(fd)] = ::fcntl(fd, F_DUPFD_CLOEXEC, 10);
     for (int fd = 0; fd < 3; ++fd) ::close(fd);
@@ -76,23 +77,81 @@ class SystemTest : public QObject {
     const QString file = folder.filePath(u"file"_s);
     const QString link = folder.filePath(u"link"_s);
     QVERIFY(QFile(file).open(QIODevice::WriteOnly));
-    // Tests for existence follow a link and find nothing behind this one.
+    // Tests for existence follow a link, and this one leads nowhere.
     QVERIFY(QFile::link(folder.filePath(u"nothing"_s), link));
     QVERIFY(!renameNoReplace(file, link));
     QVERIFY(QFileInfo(link).isSymLink() && QFileInfo::exists(file));
   }
 
+  void theWasteBinIsTheUsers() {
+    QTemporaryDir folder;
+    const QString copy = folder.filePath(u"copy"_s);
+    QVERIFY(QDir().mkpath(copy + u"/sub"_s));
+    QDir::setCurrent(folder.path());
+    qputenv("XDG_DATA_HOME", "/dev/null/x");
+    QVERIFY(!moveToWasteBin(copy) && QFileInfo::exists(copy + u"/sub"_s));
+    QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"copy"_s});
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u"not made yet"_s)));
+    QVERIFY(moveToWasteBin(copy) && !QFileInfo::exists(copy));
+    QVERIFY(QFileInfo::exists(folder.filePath(u"not made yet/Trash/files/copy/sub"_s)));
+  }
+
   void theIconFolderIsFreshAndPrivate() {
     QTemporaryDir cache;
     qputenv("XDG_CACHE_HOME", QFile::encodeName(cache.filePath(u"not made yet"_s)));
-    const QString one = makeIconFolder();
-    const QString other = makeIconFolder();
-    QVERIFY(one.startsWith(cache.path()) && one != other);
-    QVERIFY(!(QFileInfo(one).permissions() & ~QFile::Permissions(0x7700)));
-    leaveIconFolder(one);
-    QVERIFY(!QFileInfo::exists(one) && QFileInfo::exists(other));
+    const IconFolder other({});
+    QString one;
+    {
+      const IconFolder folder({});
+      one = folder.path();
+      QVERIFY(one.startsWith(cache.path()) && one != other.path());
+      QVERIFY(!(QFileInfo(one).permissions() & ~QFile::Permissions(0x7700)));
+    }
+    QVERIFY(!QFileInfo::exists(one) && QFileInfo::exists(other.path()));
     qputenv("XDG_CACHE_HOME", "/dev/null/x");
-    QVERIFY(makeIconFolder().isEmpty());
+    QVERIFY(IconFolder({}).path().isEmpty());
+  }
+
+  void adbIsLinkedBesideTheProgram() {
+    using Outcome = ToolPlacing::Outcome;
+    const QTemporaryDir place;
+    const auto at = [&place](const QString& name) { return place.filePath(name); };
+    for (const QString& folder : {u"sdk/platform-tools"_s, u"plain"_s, u"own"_s}) QDir().mkpath(at(folder));
+    for (const QString& file : {u"sdk/platform-tools/adb"_s, u"plain/adb"_s, u"own/adb"_s})
+      QVERIFY(writeFile(at(file), file.toUtf8()));
+    const auto placed = [&](const QString& folder) { return placeTool(at(folder), at(u"own"_s)).outcome; };
+    QCOMPARE(placed(u"nowhere"_s), Outcome::NotThere);
+    QCOMPARE(placed(u"plain"_s), Outcome::NotRunnable);
+    for (const QString& file : {u"sdk/platform-tools/adb"_s, u"plain/adb"_s})
+      QFile::setPermissions(at(file), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(placed(u"sdk"_s), Outcome::Placed);
+    QCOMPARE(readFile(at(u"own/adb"_s)), QByteArray("sdk/platform-tools/adb"));
+    QCOMPARE(readFile(at(u"own/adb.old"_s)), QByteArray("own/adb"));  // it was somebody's
+    QCOMPARE(placed(u"plain"_s), Outcome::Placed);
+    QCOMPARE(readFile(at(u"own/adb"_s)), QByteArray("plain/adb"));
+    QCOMPARE(placed(u"own"_s), Outcome::Placed);  // no link to itself
+    QCOMPARE(readFile(at(u"own/adb"_s)), QByteArray("plain/adb"));
+    QCOMPARE(placeTool(at(u"plain"_s), at(u"it's not there"_s)).what,
+             u"sudo ln -sf '"_s + at(u"plain/adb"_s) + u"' '"_s + at(u"it'\\''s not there/adb"_s) + u'\'');
+  }
+
+  void debuggableDevicesOfTheBus() {
+    QTemporaryDir bus;
+    const auto plugIn = [&bus](const QString& interface, const std::array<QByteArray, 3>& numbers) {
+      const QString names[] = {u"Class"_s, u"SubClass"_s, u"Protocol"_s};
+      for (size_t i = 0; i < numbers.size(); ++i)
+        QVERIFY(
+            writeFile(bus.filePath(u"hub/%1/bInterface%2"_s.arg(interface, names[i])), numbers[i] + '\n'));
+      QVERIFY(QFile::link(bus.filePath(u"hub/"_s + interface), bus.filePath(interface)));
+    };
+    QVERIFY(!isDebuggablePluggedIn(bus.filePath(u"nowhere"_s)).has_value());
+    QCOMPARE(isDebuggablePluggedIn(bus.path()), std::optional<bool>(false));
+    plugIn(u"1-2:1.0"_s, {"08", "06", "50"});
+    plugIn(u"1-3:1.0"_s, {"ff", "42", "03"});  // the boot loader's protocol
+    plugIn(u"1-3:1.1"_s, {"ff", "42", ""});
+    QCOMPARE(isDebuggablePluggedIn(bus.path()), std::optional<bool>(false));
+    plugIn(u"1-4.2:1.5"_s, {"ff", "42", "01"});
+    QCOMPARE(isDebuggablePluggedIn(bus.path()), std::optional<bool>(true));
   }
 };
 

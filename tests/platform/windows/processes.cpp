@@ -12,7 +12,7 @@ bool runs(const QByteArray& number) {
 }
 
 qsizetype openHandles() {
-  // Values are given out from the lowest on. There is a call for this, which Wine answers with 0.
+  // Handle values start low. There is a call that counts them, but Wine answers 0.
   qsizetype count = 0;
   DWORD flags = 0;
   for (quintptr value = 4; value < 0x1000; value += 4) {

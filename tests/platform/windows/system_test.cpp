@@ -91,7 +91,7 @@ class SystemTest : public QObject {
   }
 };
 
-/// This program is a child of its own too, which tells what it was started with.
+/// This program is also its own child, which prints how it was started.
 int main(int argc, char** argv) {
   if (argc > 1 && argv[1] == std::string_view("state")) {
     STARTUPINFOA startup = {};

@@ -5,8 +5,9 @@
 namespace orvanta {
 
 OwnSettings::OwnSettings(const QString& folder) {
-  // The variable of the environment is read once a process; this holds from now on.
+  // The environment variable is read once per process; this works later too.
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
+  qputenv("XDG_STATE_HOME", (folder + QStringLiteral("/state")).toUtf8());
 }
 
 OwnSettings::~OwnSettings() = default;

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QCoroTask>
+#include <QObject>
+#include <QTimer>
+#include <functional>
+
+#include "adb/app_state.h"
+#include "backups/saved_app.h"
+#include "ui/desktop.h"
+
+namespace orvanta {
+
+class DOSOutputs;
+class Workbench;
+
+/// What a restore is going to do, and what has to be known before it does.
+struct RestorePlan {
+  SavedApp saved;
+  AppState onHeadset;
+
+  bool isDowngrade() const;
+  bool lacksRoom() const;
+  /// The headset has data of this app, which the saved data would go over.
+  bool meetsData() const;
+  /// All of it, for the user to say yes to.
+  QString text() const;
+};
+
+/// What came of one restore, or of one check.
+struct RestoreOutcome {
+  bool good = false;
+  bool ends = false;  ///< stopped, or the headset is gone: what comes after is not begun
+  QString text;       ///< one line for the user
+};
+
+/// Puts backups back on the headset, and checks them without one.
+class RestoreRun : public QObject {
+  Q_OBJECT
+
+ public:
+  RestoreRun(Workbench& bench, DOSOutputs& runner);
+
+  /// Called before each restore with its number from 1 on.
+  std::function<void(int number, const SavedApp& saved)> onBackup = {};
+
+  /// Compares the files with the manifests. Backups without one have no hashes: that they can be read is all
+  /// that is found out.
+  QCoro::Task<QList<RestoreOutcome>> check(QList<SavedApp> backups);
+  /// Asks the user and restores. Nothing is written to the headset that he has not said yes to.
+  QCoro::Task<QList<RestoreOutcome>> restore(QList<SavedApp> backups);
+  /// How many backups the last call of it was about, where several copies are one backup.
+  qsizetype count() const { return m_count; }
+
+ private:
+  QCoro::Task<RestoreOutcome> checkOne(SavedApp saved);
+  QCoro::Task<QList<SavedApp>> joinedCopies(QList<SavedApp> backups);
+  QCoro::Task<SavedApp> identified(SavedApp saved);
+  QCoro::Task<RestoreOutcome> restoreOne(SavedApp saved, bool asked);
+  QCoro::Task<QString> put(SavedApp saved, bool withData);
+  QCoro::Task<QString> push(SavedApp saved, QString part);
+  QCoro::Task<QString> differences(SavedApp saved, bool withData);
+  QCoro::Task<bool> agreed(QString text, bool risky);
+  QCoro::Task<QString> run(QString line);
+  void report();
+  RestoreOutcome ended(const SavedApp& saved) const;
+
+  Workbench& m_bench;
+  DOSOutputs& m_runner;
+  std::unique_ptr<FileCheck> m_check;
+  QString m_reply;
+  qsizetype m_count = 0;
+  qint64 m_done = 0;
+  qint64 m_all = 0;
+  QTimer m_tick;
+};
+
+}  // namespace orvanta

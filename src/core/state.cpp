@@ -1,0 +1,73 @@
+#include "core/state.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+QString wordOf(BuildVerdict verdict) {
+  switch (verdict) {
+    case BuildVerdict::Older:
+      return u"Older"_s;
+    case BuildVerdict::Newer:
+      return u"Newer"_s;
+    case BuildVerdict::Same:
+      return u"Same"_s;
+    case BuildVerdict::NotInstalled:
+    case BuildVerdict::Undecided:
+      break;
+  }
+  return {};
+}
+
+void State::noteNoPackage() {
+  package.NoApkLoaded = 1;
+  m_availability.mayUninstall = false;
+  Q_EMIT packageChanged();
+  Q_EMIT availabilityChanged();
+}
+
+void State::setStorage(const StorageShown& storage) {
+  m_headset.storage = storage;
+  Q_EMIT storageChanged();
+}
+
+void State::setInstalledBuild(BuildVerdict verdict, const QString& number) {
+  if (verdict == BuildVerdict::Undecided) return;
+  InstalledBuild& build = m_headset.build;
+  build.verdict = verdict;
+  if (verdict == BuildVerdict::NotInstalled) {
+    build.lightText = false;
+  } else {
+    build.number = number;
+    build.lightText = build.lightText || verdict != BuildVerdict::Older;
+  }
+  Q_EMIT installedBuildChanged();
+}
+
+void State::forgetHeadset() {
+  // A free figure that is empty would leave the last one standing.
+  m_headset.storage = {{}, {}, u" "_s, {}};
+  m_headset.InstalledSeen = false;
+  Q_EMIT storageChanged();
+}
+
+void State::setPhase(Availability::Phase phase) {
+  if (std::exchange(m_availability.phase, phase) == phase) return;
+  if (phase == Availability::Phase::Unlocked) m_availability.mayUninstall = true;
+  if (phase == Availability::Phase::Locked || phase == Availability::Phase::Gone)
+    m_availability.mayUninstall = false;
+  Q_EMIT availabilityChanged();
+}
+
+void State::setMayUninstall(bool may) {
+  if (std::exchange(m_availability.mayUninstall, may) != may) Q_EMIT availabilityChanged();
+}
+
+void State::closeInstalledApps() {
+  m_installedAppsClosed = true;
+  Q_EMIT availabilityChanged();
+}
+
+}  // namespace orvanta

@@ -1,0 +1,136 @@
+// The row of buttons above the list, and what they are about: the checked apps, and the headset of the list.
+#include <array>
+
+#include "adb/replies.h"
+#include "inventory/apps_form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace orvanta {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int buttonHeight = 28;
+constexpr int buttonPadding = 12;
+
+}  // namespace
+
+void Form4::createButtons() {
+  const QString about = u"勾选的应用，没有勾选时为当前行 (what is checked, else the current row)"_s;
+  cmdBackup = new Button(
+      u"cmdBackup"_s, u"全部备份 (Back up everything)"_s,
+      u"安装包、OBB 和数据存到一个文件夹：%1 (Package, OBB and data to one folder)"_s.arg(about), this);
+  cmdRestore = new Button(u"cmdRestore"_s, u"还原 (Restore)"_s,
+                          u"把备份放回头显 (Put backups back on the headset)"_s, this);
+  cmdCheck = new Button(
+      u"cmdCheck"_s, u"检查备份 (Check)"_s,
+      u"核对备份的内容，不需要头显 (Compare backups with their manifests; needs no headset)"_s, this);
+  cmdUninstall = new Button(u"cmdUninstall"_s, u"卸载 (Uninstall)"_s,
+                            u"先询问，再卸载：%1 (Ask, then uninstall)"_s.arg(about), this);
+  cmdRefresh =
+      new Button(u"cmdRefresh"_s, u"刷新 (Refresh, F5)"_s, u"重新读取列表 (Read the list anew)"_s, this);
+}
+
+QString Form4::packageOf(int record) const {
+  return record < 0 ? QString() : CTrim(apps->cell(record, ColPackage).text);
+}
+
+ChosenApp Form4::appAt(int record) const {
+  constexpr double mebibyte = 1024.0 * 1024.0;
+  const double size = apps->cell(record, ColUsedSpace).value;
+  return {packageOf(record), apps->cell(record, ColAppName).text.trimmed(),
+          static_cast<qint64>(size * mebibyte)};
+}
+
+QList<ChosenApp> Form4::chosenApps() const {
+  QList<ChosenApp> chosen;
+  for (const int record : MSFlexGrid1->rows().order())
+    if (m_checked.contains(packageOf(record))) chosen << appAt(record);
+  const int current = MSFlexGrid1->rows().record(MSFlexGrid1->Row());
+  if (chosen.isEmpty() && current >= 0) chosen << appAt(current);
+  return chosen;
+}
+
+void Form4::toggle(int record) {
+  const QString package = packageOf(record);
+  if (package.isEmpty()) return;
+  if (!m_checked.remove(package)) m_checked << package;
+  showChecks();
+}
+
+void Form4::toggleAll() {
+  const FlexGridRows& rows = MSFlexGrid1->rows();
+  QSet<QString> shown;
+  for (int i = 0; i < rows.rowCount(); ++i) shown << packageOf(rows.record(rows.row(i)));
+  if (m_checked.contains(shown)) {
+    m_checked.subtract(shown);
+  } else {
+    m_checked.unite(shown);
+  }
+  showChecks();
+}
+
+void Form4::clearChecks() {
+  m_checked.clear();
+  showChecks();
+}
+
+void Form4::showChecks() {
+  const FlexGridRows& rows = MSFlexGrid1->rows();
+  int checked = 0;
+  for (int i = 0; i < rows.rowCount(); ++i)
+    if (m_checked.contains(packageOf(rows.record(rows.row(i))))) ++checked;
+  MSFlexGrid1->checksChanged(m_checked.isEmpty()                         ? Qt::Unchecked
+                             : checked == rows.rowCount() && checked > 0 ? Qt::Checked
+                                                                         : Qt::PartiallyChecked);
+  countShown();
+}
+
+void Form4::noteRead(const HeadsetIdentity& headset) {
+  m_readAt = QTime::currentTime();
+  m_headset = headset;
+  m_answering = headset;
+  showRead();
+}
+
+void Form4::noteAnswering(const HeadsetIdentity& answering) {
+  if (answering.serial.isEmpty()) return;
+  m_answering = answering;
+  showRead();
+}
+
+bool Form4::isOfAnotherHeadset() const {
+  return !m_headset.serial.isEmpty() && m_answering.serial != m_headset.serial;
+}
+
+void Form4::sayWork(const QString& work) {
+  m_work = work;
+  showRead();
+}
+
+void Form4::showRead() {
+  QString text = u"读取于 (Read) %1 · %2"_s.arg(m_readAt.toString(u"HH:mm"_s), m_headset.name());
+  if (isOfAnotherHeadset())
+    text = u"⚠ 现在是另一台头显 (Another headset answers): %1 · "_s.arg(m_answering.name()) + text;
+  if (!m_work.isEmpty()) text = m_work;
+  lblRead->setCaption(text);
+  lblRead->setToolTip(text);
+}
+
+/// Returns where the row ends. In a narrow window the buttons share the room.
+int Form4::layButtons(int left, int top) {
+  const std::array buttons = {cmdBackup, cmdRestore, cmdCheck, cmdUninstall, cmdRefresh};
+  int wanted = 0;
+  for (const Button* button : buttons) wanted += button->sizeHint().width() + buttonPadding + margin;
+  const int room = width() - left;
+  for (Button* button : buttons) {
+    const int whole = button->sizeHint().width() + buttonPadding;
+    const int share = wanted > room ? (whole + margin) * room / wanted - margin : whole;
+    button->setGeometry(left, top, share, buttonHeight);
+    left += share + margin;
+  }
+  return left - margin;
+}
+
+}  // namespace orvanta

@@ -1,0 +1,49 @@
+#include "ui/check_header.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionButton>
+#include <algorithm>
+
+namespace orvanta {
+
+namespace {
+
+constexpr int columnWidth = 26;
+
+}  // namespace
+
+CheckHeader::CheckHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {
+  setFixedWidth(columnWidth);
+  setSectionsClickable(false);
+  setToolTip(QStringLiteral("选择，Ctrl+空格 (Check, Ctrl+Space)"));
+}
+
+void CheckHeader::paintSection(QPainter* painter, const QRect& rect, int viewRow) const {
+  const QPalette& colors = palette();
+  painter->fillRect(rect, colors.color(QPalette::Base));
+  QStyleOptionButton box;
+  box.initFrom(this);
+  const bool checked = isChecked && isChecked(viewRow);
+  box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
+  box.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &box, this);
+  box.rect.moveCenter(rect.center());
+  style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, this);
+  painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1),
+                    colors.color(QPalette::AlternateBase));
+}
+
+void CheckHeader::paintEvent(QPaintEvent* event) {
+  QHeaderView::paintEvent(event);
+  // The toolkit gives the room under the last row a ground of its own.
+  const int end = std::max(0, length() - offset());
+  QPainter(viewport())
+      .fillRect(0, end, width(), std::max(0, viewport()->height() - end), palette().color(QPalette::Base));
+}
+
+void CheckHeader::mousePressEvent(QMouseEvent* event) {
+  const int viewRow = logicalIndexAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && viewRow >= 0) Q_EMIT toggled(viewRow);
+}
+
+}  // namespace orvanta

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+#include <optional>
+
+#include "ui/controls.h"
+#include "ui/status.h"
+
+namespace orvanta {
+
+/// A row that shows a status: sign, sentence, at most one button. A second, shorter text beside the sentence
+/// tells about trouble since then. Text that does not fit is shortened; the tool-tip has all of it. Screen
+/// readers are told about every change.
+class StatusLine : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit StatusLine(QWidget* parent);
+
+  /// The button is that of `status`, or of `trouble` where `status` has none.
+  void tell(const Status& status, const std::optional<Status>& trouble = {});
+
+  /// The line's whole text, unshortened.
+  QString text() const { return accessibleName(); }
+
+ protected:
+  bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void showButton();
+  void layOut();
+
+  Status m_status;
+  std::optional<Status> m_trouble;
+  Button* m_button;
+};
+
+}  // namespace orvanta
