@@ -68,7 +68,7 @@ class VirtualHeadset {
 
   /// Waits until adb shows the headset in `state`: "device", "offline", "unauthorized"; empty: not at all.
   bool waitForState(const QString& state, int timeoutMs = 10000) const;
-  bool waitForDevice(int timeoutMs = 10000) const {
+  bool waitForDevice(int timeoutMs = 30000) const {
     return waitForState(QStringLiteral("device"), timeoutMs);
   }
 
