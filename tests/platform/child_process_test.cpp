@@ -112,6 +112,18 @@ class ChildProcessTest : public QObject {
     }
   }
 
+  void nothingComesWhileASlotRunsAnEventLoop() {
+    Run run(testChild(u"600*31 hang"_s));
+    connect(run.child.get(), &ChildProcess::block, this, [&run] {
+      if (run.blocks > 1) return;
+      run.child->kill();
+      QTest::qWait(500);  // longer than the time after which a killed run ends
+      run.orderly = run.orderly && run.blocks == 1 && run.ends == 0;
+    });
+    QVERIFY(run.waitForEnd());
+    QCOMPARE(run.output, QByteArray(600, '1'));
+  }
+
   void closedOutputEndsTheRunAndNotTheChild() {
     Run run(testChild(u"number close ~3000"_s));
     QVERIFY(run.waitForEnd());
