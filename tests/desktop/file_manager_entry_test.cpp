@@ -85,7 +85,7 @@ class FileManagerEntryTest : public QObject {
     const QString folder = QStringLiteral(ORVANTA_LINUX_PACKAGING "/") + desktopId;
     const QString packaged = QString::fromUtf8(readFile(folder + u".desktop"_s));
     QCOMPARE(placeless(packaged), placeless(desktopEntry(u"/opt/orvanta"_s)));
-    const QByteArray metainfo = readFile(folder + u".metainfo.xml"_s);
+    const QByteArray metainfo = readFile(folder + u".metainfo.xml.in"_s);
     const QByteArray id = desktopId.toUtf8();
     QVERIFY(metainfo.contains("<id>" + id + "</id>"));
     QVERIFY(metainfo.contains("<launchable type=\"desktop-id\">" + id + ".desktop</launchable>"));
