@@ -2,11 +2,28 @@
 #include <QIcon>
 
 #include "app/application.h"
+#include "core/face_question.h"
 #include "platform/command_text.h"
 #include "ui/qt_desktop.h"
 #include "ui/theme.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Starts the program, on the very first start after the question for its face. A start with a package never
+/// asks.
+QCoro::Task<> start(orvanta::Application& program, QString commandText) {
+  orvanta::SettingsStore settings;
+  orvanta::takeFace(settings);
+  if (commandText.isEmpty() && orvanta::FaceQuestion::isDue(settings)) {
+    orvanta::FaceQuestion question;
+    co_await question.ask(settings);
+  }
+  program.start(commandText);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   const QString commandText = orvanta::commandText(argc, argv);
@@ -27,6 +44,6 @@ int main(int argc, char** argv) {
   orvanta::QtDesktop desktop;
   orvanta::Application orvanta(desktop, [] { QCoreApplication::exit(0); });
   orvanta.endWithTheSession();
-  orvanta.start(commandText);
+  start(orvanta, commandText);
   return QApplication::exec();
 }

@@ -16,6 +16,8 @@ start_display() {
   export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$stage/runtime"
   mkdir -m 700 "$XDG_RUNTIME_DIR"
   unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE
+  # With a face given, the very first start does not ask for one.
+  export ORVANTA_LANGUAGE=${ORVANTA_LANGUAGE-original}
   # Without a session there is no bus, and looking for one would start a daemon that nobody ends.
   export DBUS_SESSION_BUS_ADDRESS=disabled: NO_AT_BRIDGE=1
   openbox >"$stage/openbox.log" 2>&1 &
@@ -33,6 +35,28 @@ has_window_manager() {
 find_window() {
   window=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1)
   [[ -n $window ]]
+}
+
+# title_of WINDOW: the beginning of its title in the face of ORVANTA_LANGUAGE, as a regular expression.
+title_of() {
+  case ${ORVANTA_LANGUAGE-original}:$1 in
+    *:main) echo '^Orvanta - ' ;;
+    zh:help) echo '^帮助$' ;;
+    *:help) echo '^Help$' ;;
+    zh:manifest) echo '^清单中的权限$' ;;
+    *:manifest) echo '^Permissions in Manifest$' ;;
+    zh:list) echo '^已安装的应用' ;;
+    *:list) echo '^Installed Apps' ;;
+    zh:manage) echo '^管理权限$' ;;
+    *:manage) echo '^Manage permissions$' ;;
+    zh:files) echo '^找到的 OBB 文件' ;;
+    *:files) echo '^Found OBB Files' ;;
+    zh:tip) echo '^提示$' ;;
+    *:tip) echo '^Tip$' ;;
+    zh:chooser) echo '^选择设备$' ;;
+    en:chooser) echo '^Headsets$' ;;
+    *:chooser) echo '^选择设备 ' ;;
+  esac
 }
 
 no_window() {

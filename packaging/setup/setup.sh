@@ -8,7 +8,7 @@ readonly project_root
 
 # The one list of Debian packages. Ubuntu has the same names.
 declare -rA debian_packages=(
-  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qcoro-qt6-dev libzip-dev libssl-dev zlib1g-dev adb aapt fonts-noto-cjk"
+  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qt6-l10n-tools qt6-translations-l10n qcoro-qt6-dev libzip-dev libssl-dev zlib1g-dev adb aapt fonts-noto-cjk"
   [device-tool]="g++-aarch64-linux-gnu binutils-source xz-utils"
   [headset]="bubblewrap busybox-static android-framework-res qemu-user-static"
   [test]="desktop-file-utils libglib2.0-bin"

@@ -3,6 +3,8 @@
 #include <QHash>
 #include <utility>
 
+#include "text/bilingual.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {

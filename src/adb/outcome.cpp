@@ -5,6 +5,7 @@
 
 #include "adb/failure_codes.h"
 #include "adb/replies.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -70,7 +71,7 @@ const QList<Trouble>& troubles() {
       {u"INSTALL_GRANT_RUNTIME_PERMISSIONS"_s,
        Kind::Refused,
        {u"头显不允许在安装时授予权限。请取消勾选“授予权限”，再试一次。"_s,
-        u"The headset does not let permissions be granted with the installation. Untick 授予权限 and try again."_s}},
+        u"The headset does not let permissions be granted with the installation. Untick “Grant permissions” and try again."_s}},
       {u"Can't find service: package"_s, Kind::NotReached, starting},
       {u"Unknown package"_s, Kind::Refused, notInstalled},
       {u"failed to stat "_s, Kind::Refused, noFile},

@@ -2,6 +2,7 @@
 
 #include "core/paths.h"
 #include "core/workbench.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +33,7 @@ void FindObbFiles(Workbench& bench) {
     if (!package.isEmpty()) bench.state.setMayUninstall(true);
   }
   if (ObbCandidates.isEmpty()) return;
-  bench.say(u"Found OBB Files: "_s);
+  bench.say(designed(u"Found OBB Files: "));
   for (const QString& name : ObbCandidates) bench.console.append(name + u"\r\n"_s);
 }
 

@@ -5,6 +5,7 @@
 #include "adb/host.h"
 #include "apk/badging.h"
 #include "core/workbench.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,14 +18,14 @@ constexpr qint64 longestBadging = 64 * 1024 * 1024;  // bytes
 /// Start-up continues without a package; without this the user would see nothing but empty fields.
 void sayUnreadable(Workbench& bench, const QString& output) {
   const QString words = firstWords(output);
-  QString message = u"该文件不是可读的安装包 (This file is no readable package)"_s;
+  QString message = inFace(u"该文件不是可读的安装包"_s, u"This file is no readable package"_s);
   if (!words.isEmpty()) message += u": "_s + words;
   bench.sayUnderVerdict(message);
   // Its path now has replacement characters, so it names another file or none.
   if (bench.state.package.ApkPath.contains(QChar::ReplacementCharacter) &&
       !QFileInfo::exists(bench.state.package.ApkPath))
-    bench.sayUnderVerdict(
-        u"文件名不是 UTF-8，无法交给工具 (The name is not UTF-8 and cannot be handed on to a tool)"_s);
+    bench.sayUnderVerdict(inFace(u"文件名不是 UTF-8，无法交给工具"_s,
+                                 u"The name is not UTF-8 and cannot be handed on to a tool"_s));
 }
 
 }  // namespace

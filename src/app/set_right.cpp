@@ -8,6 +8,7 @@
 #include "core/paths.h"
 #include "operations/local_copy.h"
 #include "platform/leftovers.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,9 +28,8 @@ QStringList settleWhatIsLeft(QString& commandText) {
     if (kind == BackupRun::noteKind) return BackupRun::settle(note);
     if (kind != leftoversKind) return {false};  // from a later version
     if (!removeLeftovers(note)) return {};
-    return {
-        true,
-        u"上次运行中断，已删除留下的临时文件 (An earlier run was cut short; its temporary files are removed)"_s};
+    return {true, inFace(u"上次运行中断，已删除留下的临时文件"_s,
+                         u"An earlier run was cut short; its temporary files are removed"_s)};
   });
   lines.removeDuplicates();
   return lines;

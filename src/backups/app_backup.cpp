@@ -14,6 +14,7 @@
 #include "adb/storage.h"
 #include "backups/backup_names.h"
 #include "core/workbench.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,11 +57,12 @@ const QString BackupRun::noteKind = u"wholeBackup"_s;
 Settled BackupRun::settle(const QJsonObject& note) {
   const QString folder = note[u"folder"].toString();
   if (!QFile::exists(folder + u'/' + recordName)) return {};
-  return {true,
-          u"上次运行中断，备份没有完成，再备份到同一文件夹会接着进行 (An earlier run was cut short; its "
-          u"backup is not "
-          "complete, and another one to the same folder goes on with it): "_s +
-              folder};
+  return {
+      true,
+      inFace(
+          u"上次运行中断，备份没有完成，再备份到同一文件夹会接着进行"_s,
+          u"An earlier run was cut short; its backup is not complete, and another one to the same folder goes on with it"_s) +
+          u": "_s + folder};
 }
 
 BackupRun::BackupRun(Workbench& bench, DOSOutputs& runner, QString parent, HeadsetIdentity headset)
@@ -210,8 +212,9 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
     outcome.kind = Kind::NoRoom;
     const QStorageInfo disk(m_parent);
     if (disk.isValid() && disk.bytesAvailable() < bytesOf(lacking)) {
-      outcome.words = u"需要 %1，可用 %2 (needed, free)"_s.arg(readableSize(bytesOf(lacking)),
-                                                               readableSize(disk.bytesAvailable()));
+      outcome.words =
+          inFace(u"需要 %1，可用 %2"_s, u"%1 needed, %2 free"_s, u"需要 %1，可用 %2 (needed, free)"_s)
+              .arg(readableSize(bytesOf(lacking)), readableSize(disk.bytesAvailable()));
       co_return outcome;
     }
     outcome.kind = Kind::NotWritable;
@@ -242,7 +245,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
     outcome.kind = Kind::NotInstalled;
     if (installed && state.packageFiles.isEmpty()) co_return outcome;
     outcome.kind = Kind::Incomplete;
-    outcome.words = u"应用被更新了 (the app was updated meanwhile)"_s;
+    outcome.words = inFace(u"应用被更新了"_s, u"the app was updated meanwhile"_s);
     if (state.build != m_manifest.build) co_return outcome;
     state.complaints += unreadable;
     state.complaints.removeDuplicates();
@@ -260,7 +263,8 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
   QFile::remove(m_folder + u'/' + recordName);
   outcome.kind = Kind::Saved;
   outcome.words =
-      installed ? QString() : u"没有安装包，只剩数据 (no package on the headset, only what it has left)"_s;
+      installed ? QString()
+                : inFace(u"没有安装包，只剩数据"_s, u"no package on the headset, only what it has left"_s);
   outcome.unreadable = m_manifest.unreadable;
   outcome.files = wanted.size();
   outcome.bytes = bytesOf(wanted);

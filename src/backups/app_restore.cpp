@@ -12,6 +12,7 @@
 #include "adb/replies.h"
 #include "apk/badging.h"
 #include "core/workbench.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,16 +23,14 @@ namespace {
 constexpr int progressMilliseconds = 200;
 const QString storageRoot = u"/sdcard/Android/"_s;
 
-QString joined(const QString& chinese, const QString& english) {
-  return Bilingual{chinese, english}.joined();
-}
-
 QString lineOf(const QString& chinese, const QString& english, const QString& value) {
-  return joined(chinese, english) + u": "_s + value + u"\r\n"_s;
+  return inFace(chinese, english) + u": "_s + value + u"\r\n"_s;
 }
 
 QString amount(const BackupManifest& manifest, const QString& part) {
-  return u"%1 files, %2"_s.arg(manifest.filesOf(part).size()).arg(readableSize(manifest.bytes(part)));
+  return inFace(u"%1 个文件，%2"_s, u"%1 files, %2"_s, u"%1 files, %2"_s)
+      .arg(manifest.filesOf(part).size())
+      .arg(readableSize(manifest.bytes(part)));
 }
 
 QStringList firstFew(const QStringList& lines) {
@@ -85,37 +84,38 @@ bool RestorePlan::meetsData() const {
 
 QString RestorePlan::text() const {
   const BackupManifest& manifest = saved.manifest;
-  QString text = joined(u"还原到头显？"_s, u"Restore to the headset?"_s) + u"\r\n\r\n"_s + saved.title() +
+  QString text = inFace(u"还原到头显？"_s, u"Restore to the headset?"_s) + u"\r\n\r\n"_s + saved.title() +
                  u"\r\n"_s + manifest.package + u"\r\n\r\n"_s;
   if (manifest.date.isValid())
     text += lineOf(u"备份于"_s, u"saved"_s,
                    manifest.date.toString(u"yyyy-MM-dd HH:mm"_s) + u", "_s + manifest.headsetModel + u' ' +
                        manifest.headsetSerial);
   if (onHeadset.packageFiles.isEmpty()) {
-    text += lineOf(u"头显上"_s, u"on the headset"_s, joined(u"未安装"_s, u"not installed"_s));
+    text += lineOf(u"头显上"_s, u"on the headset"_s, inFace(u"未安装"_s, u"not installed"_s));
   } else {
     text += lineOf(u"头显上"_s, u"on the headset"_s, onHeadset.version + u" (%1)"_s.arg(onHeadset.build));
   }
   if (isDowngrade())
     text += u"⚠ "_s +
-            joined(u"头显上的更新，头显会拒绝较旧的；要还原请先卸载"_s,
+            inFace(u"头显上的更新，头显会拒绝较旧的；要还原请先卸载"_s,
                    u"the one on the headset is newer, and it will refuse this one; to restore, "
                    "uninstall it first"_s) +
             u"\r\n"_s;
-  const std::array parts = {std::pair(u"apk"_s, Bilingual{u"安装"_s, u"to install"_s}),
-                            std::pair(u"obb"_s, Bilingual{u"OBB"_s, u"expansion files"_s}),
-                            std::pair(u"data"_s, Bilingual{u"应用数据"_s, u"app data"_s})};
+  const std::array parts = {
+      std::pair(u"apk"_s, Bilingual{u"安装"_s, u"to install"_s}),
+      std::pair(u"obb"_s, Bilingual{u"OBB 扩展文件"_s, u"expansion files"_s, u"OBB (expansion files)"_s}),
+      std::pair(u"data"_s, Bilingual{u"应用数据"_s, u"app data"_s})};
   for (const auto& [part, name] : parts)
-    if (!manifest.filesOf(part).isEmpty()) text += lineOf(name.chinese, name.english, amount(manifest, part));
+    if (!manifest.filesOf(part).isEmpty()) text += name.shown() + u": "_s + amount(manifest, part) + u" "_s;
   text += lineOf(u"需要空间"_s, u"space needed"_s, readableSize(manifest.bytes()));
   if (onHeadset.room)
     text += lineOf(u"可用空间"_s, u"space free"_s, readableSize(onHeadset.room->available.bytes));
   if (lacksRoom())
-    text += u"⚠ "_s + joined(u"空间可能不够"_s, u"there may not be enough space"_s) + u"\r\n"_s;
+    text += u"⚠ "_s + inFace(u"空间可能不够"_s, u"there may not be enough space"_s) + u"\r\n"_s;
   if (!manifest.unreadable.isEmpty())
     text += lineOf(u"备份里没有"_s, u"not in the backup"_s, firstFew(manifest.unreadable).join(u"; "_s));
   if (saved.kind != SavedApp::Kind::Whole)
-    text += joined(u"没有清单，内容无法核对"_s, u"there is no manifest: the content cannot be checked"_s) +
+    text += inFace(u"没有清单，内容无法核对"_s, u"there is no manifest: the content cannot be checked"_s) +
             u"\r\n"_s;
   return text.trimmed();
 }
@@ -142,7 +142,7 @@ QCoro::Task<QString> RestoreRun::run(QString line) {
 QCoro::Task<bool> RestoreRun::agreed(QString text, bool risky) {
   MessageBox box;
   box.text = text;
-  box.title = u"还原备份"_s;
+  box.title = inFace(u"还原备份"_s, u"Restore"_s, u"还原备份"_s);
   box.icon = risky ? BoxIcon::Warning : BoxIcon::Question;
   box.buttons = BoxButtons::YesNo;
   box.preselected = risky ? BoxAnswer::No : BoxAnswer::Yes;
@@ -152,7 +152,7 @@ QCoro::Task<bool> RestoreRun::agreed(QString text, bool risky) {
 }
 
 RestoreOutcome RestoreRun::ended(const SavedApp& saved) const {
-  return {false, true, u"✗ "_s + saved.title() + u": "_s + joined(u"已停止"_s, u"stopped"_s)};
+  return {false, true, u"✗ "_s + saved.title() + u": "_s + inFace(u"已停止"_s, u"stopped"_s)};
 }
 
 QCoro::Task<QList<RestoreOutcome>> RestoreRun::check(QList<SavedApp> backups) {
@@ -178,7 +178,7 @@ QCoro::Task<QList<RestoreOutcome>> RestoreRun::check(QList<SavedApp> backups) {
 QCoro::Task<RestoreOutcome> RestoreRun::checkOne(SavedApp saved) {
   RestoreOutcome outcome;
   if (!saved.isUsable()) {
-    outcome.text = u"✗ "_s + saved.title() + u": "_s + saved.problem.joined();
+    outcome.text = u"✗ "_s + saved.title() + u": "_s + saved.problem.shown();
     co_return outcome;
   }
   m_check = std::make_unique<FileCheck>(saved.hashedFiles());
@@ -193,13 +193,14 @@ QCoro::Task<RestoreOutcome> RestoreRun::checkOne(SavedApp saved) {
   if (!outcome.good) {
     QStringList faults;
     for (const FileCheck::Finding& finding : findings)
-      faults << finding.path.mid(saved.folder.size() + 1) + u' ' + finding.fault.joined();
+      faults << finding.path.mid(saved.folder.size() + 1) + u' ' + finding.fault.shown();
     outcome.text += u": "_s + firstFew(faults).join(u"; "_s);
   } else if (saved.kind == SavedApp::Kind::Whole) {
-    outcome.text +=
-        u": %1 files, %2"_s.arg(saved.manifest.files.size()).arg(readableSize(saved.manifest.bytes()));
+    outcome.text += u": "_s + inFace(u"%1 个文件，%2"_s, u"%1 files, %2"_s, u"%1 files, %2"_s)
+                                  .arg(saved.manifest.files.size())
+                                  .arg(readableSize(saved.manifest.bytes()));
   } else {
-    outcome.text += u": "_s + joined(u"没有清单，只知道文件在"_s,
+    outcome.text += u": "_s + inFace(u"没有清单，只知道文件在"_s,
                                      u"without a manifest; all that is known is that the files are there"_s);
   }
   co_return outcome;
@@ -212,7 +213,7 @@ QCoro::Task<QList<RestoreOutcome>> RestoreRun::restore(QList<SavedApp> backups) 
   const bool several = backups.size() > 1;
   int number = 0;
   if (several) {
-    QString text = joined(u"还原这 %1 个备份？"_s, u"Restore these %1 backups?"_s)
+    QString text = inFace(u"还原这 %1 个备份？"_s, u"Restore these %1 backups?"_s)
                        .replace(u"%1"_s, QString::number(backups.size())) +
                    u"\r\n"_s;
     for (const SavedApp& saved : backups) text += u"\r\n"_s + saved.title();
@@ -291,7 +292,7 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
   m_bench.turn.noteToolEnded();
   if (!outcome.good) co_return outcome;
   if (saved.kind == SavedApp::Kind::Whole) saved = co_await identified(saved);
-  outcome = m_bench.turn.stopped() ? ended(saved) : failed(saved.problem.joined());
+  outcome = m_bench.turn.stopped() ? ended(saved) : failed(saved.problem.shown());
   if (m_bench.turn.stopped() || !saved.isUsable()) co_return outcome;
 
   RestorePlan plan{saved, {}};
@@ -300,7 +301,7 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
   const QString words = tellingLine(state);
   outcome = m_bench.turn.stopped()
                 ? ended(saved)
-                : failed(joined(u"头显没有回答"_s, u"the headset gave no answer"_s) + u' ' + words);
+                : failed(inFace(u"头显没有回答"_s, u"the headset gave no answer"_s) + u' ' + words);
   outcome.ends = true;
   if (m_bench.turn.stopped() || !plan.onHeadset.whole) co_return outcome;
   const bool risky = plan.isDowngrade() || plan.lacksRoom();
@@ -314,25 +315,27 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
     for (const DeviceFile& file : plan.onHeadset.data) there += file.size;
     const QString question =
         saved.title() + u"\r\n\r\n"_s +
-        joined(u"头显上已有这个应用的数据。用备份的数据覆盖吗？其他文件不变。"_s,
+        inFace(u"头显上已有这个应用的数据。用备份的数据覆盖吗？其他文件不变。"_s,
                u"The headset has data of this app. Put the saved data over it? Other files stay."_s) +
         u"\r\n\r\n"_s +
         lineOf(u"头显上"_s, u"on the headset"_s,
-               u"%1 files, %2"_s.arg(plan.onHeadset.data.size()).arg(readableSize(there))) +
+               inFace(u"%1 个文件，%2"_s, u"%1 files, %2"_s, u"%1 files, %2"_s)
+                   .arg(plan.onHeadset.data.size())
+                   .arg(readableSize(there))) +
         lineOf(u"备份"_s, u"in the backup"_s, amount(saved.manifest, u"data"_s));
     withData = co_await agreed(question.trimmed(), true);
   }
   const QString fault = co_await put(saved, withData);
   if (m_bench.turn.stopped()) {
     outcome = ended(saved);
-    outcome.text += joined(u"，还原没有完成，请再做一次"_s, u"; the restore is not complete: repeat it"_s);
+    outcome.text += inFace(u"，还原没有完成，请再做一次"_s, u"; the restore is not complete: repeat it"_s);
     co_return outcome;
   }
   outcome = failed(fault);
   if (!fault.isEmpty()) co_return outcome;
   outcome.good = true;
-  outcome.text = u"✓ "_s + saved.title() + u": "_s + joined(u"已还原"_s, u"restored"_s);
-  if (!withData) outcome.text += joined(u"，数据没有动"_s, u"; its data was left alone"_s);
+  outcome.text = u"✓ "_s + saved.title() + u": "_s + inFace(u"已还原"_s, u"restored"_s);
+  if (!withData) outcome.text += inFace(u"，数据没有动"_s, u"; its data was left alone"_s);
   co_return outcome;
 }
 
@@ -349,9 +352,9 @@ QCoro::Task<QString> RestoreRun::put(SavedApp saved, bool withData) {
     const Outcome installed = installOutcome(reply);
     if (m_bench.turn.stopped()) co_return QString();
     if (installed.kind != Outcome::Kind::Success) {
-      QString why = joined(u"没有安装"_s, u"not installed"_s) + u": "_s;
+      QString why = inFace(u"没有安装"_s, u"not installed"_s) + u": "_s;
       if (!installed.code.isEmpty()) why += installed.code + u' ';
-      why += installed.sentence.chinese.isEmpty() ? installed.words : installed.sentence.joined();
+      why += installed.sentence.chinese.isEmpty() ? installed.words : installed.sentence.shown();
       co_return why;
     }
   }
@@ -361,7 +364,7 @@ QCoro::Task<QString> RestoreRun::put(SavedApp saved, bool withData) {
     const QString fault = co_await push(saved, part);
     if (m_bench.turn.stopped()) co_return QString();
     if (!fault.isEmpty()) {
-      QString why = joined(u"没有传完"_s, u"not all of it came"_s) + u": "_s + fault;
+      QString why = inFace(u"没有传完"_s, u"not all of it came"_s) + u": "_s + fault;
       co_return why;
     }
   }
@@ -401,7 +404,7 @@ QCoro::Task<QString> RestoreRun::differences(SavedApp saved, bool withData) {
   const QString reply = co_await run(appStateLine(Host::current(), saved.manifest.package));
   const AppState state = appStateIn(reply, saved.manifest.package);
   if (!state.whole)
-    co_return joined(u"头显没有回答，无法核对"_s, u"the headset gave no answer; nothing could be compared"_s);
+    co_return inFace(u"头显没有回答，无法核对"_s, u"the headset gave no answer; nothing could be compared"_s);
   QHash<QString, qint64> there;
   QList<qint64> packages;
   for (const QList<DeviceFile>* files : {&state.expansionFiles, &state.data})
@@ -416,7 +419,7 @@ QCoro::Task<QString> RestoreRun::differences(SavedApp saved, bool withData) {
     if (!same) different << file.known();
   }
   if (different.isEmpty()) co_return QString();
-  co_return joined(u"头显上的大小不一致"_s, u"the sizes on the headset differ"_s) + u": "_s +
+  co_return inFace(u"头显上的大小不一致"_s, u"the sizes on the headset differ"_s) + u": "_s +
       firstFew(different).join(u", "_s);
 }
 

@@ -48,12 +48,16 @@ QString someNames(const QStringList& names) {
 
 QString BackupOutcome::text() const {
   QString line = kind == Kind::Saved ? u"✓ "_s : u"✗ "_s;
-  line += (app.label.isEmpty() ? app.package : app.label) + u": "_s + reasonOf(kind).joined();
-  if (kind == Kind::Saved) line += u", %1 files, %2"_s.arg(files).arg(readableSize(bytes));
+  line += (app.label.isEmpty() ? app.package : app.label) + u": "_s + reasonOf(kind).shown();
+  if (kind == Kind::Saved)
+    line +=
+        u", "_s +
+        inFace(u"%1 个文件，%2"_s, u"%1 files, %2"_s, u"%1 files, %2"_s).arg(files).arg(readableSize(bytes));
   if (!words.isEmpty()) line += u": "_s + words;
   if (!unreadable.isEmpty())
-    line += u" · 头显不让读取，备份里没有 (not readable on the headset, and not in the backup): "_s +
-            someNames(unreadable);
+    line += u" · "_s +
+            inFace(u"头显不让读取，备份里没有"_s, u"not readable on the headset, and not in the backup"_s) +
+            u": "_s + someNames(unreadable);
   return line;
 }
 

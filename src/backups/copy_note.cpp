@@ -5,6 +5,7 @@
 
 #include "core/paths.h"
 #include "platform/journal.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

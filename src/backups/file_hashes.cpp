@@ -8,6 +8,7 @@
 
 #include "platform/awaited.h"
 #include "platform/sha256.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "adb/device_names.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

@@ -9,6 +9,7 @@
 #include "adb/device_names.h"
 #include "backups/copy_kind.h"
 #include "backups/copy_note.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

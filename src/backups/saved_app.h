@@ -5,6 +5,7 @@
 
 #include "backups/file_hashes.h"
 #include "backups/manifest.h"
+#include "text/bilingual.h"
 
 namespace orvanta {
 

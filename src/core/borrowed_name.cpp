@@ -5,6 +5,7 @@
 #include "core/paths.h"
 #include "platform/file_mark.h"
 #include "platform/file_moves.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -51,23 +52,25 @@ Settled BorrowedName::settle(const QJsonObject& note) {
   // A disk that is missing now may come back.
   if (!QFileInfo::exists(QFileInfo(path).path())) return {false};
   if (!isOther && !isAlike(other, mark)) {
-    return {true,
-            u"上次运行中断时改了名的安装包已不在原处，没有再改名 (The package whose name was changed when an "
-            "earlier run was cut short is no longer there; nothing was renamed): "_s +
-                both};
+    return {
+        true,
+        inFace(
+            u"上次运行中断时改了名的安装包已不在原处，没有再改名"_s,
+            u"The package whose name was changed when an earlier run was cut short is no longer there; nothing was renamed"_s) +
+            u": "_s + both};
   }
   if (renameNoReplace(other, path)) {
-    return {true,
-            u"上次运行中断，已恢复安装包的文件名 (An earlier run was cut short; the package has its name "
-            "back): "_s +
-                both};
+    return {true, inFace(u"上次运行中断，已恢复安装包的文件名"_s,
+                         u"An earlier run was cut short; the package has its name back"_s) +
+                      u": "_s + both};
   }
   const QFileInfo taken(path);
   return {
       taken.exists() || taken.isSymLink(),
-      u"上次运行中断，安装包的文件名没有恢复，请自行改名 (An earlier run was cut short and the package could "
-      "not be given its name back; please rename it): "_s +
-          both};
+      inFace(
+          u"上次运行中断，安装包的文件名没有恢复，请自行改名"_s,
+          u"An earlier run was cut short and the package could not be given its name back; please rename it"_s) +
+          u": "_s + both};
 }
 
 }  // namespace orvanta

@@ -7,7 +7,9 @@
 #include <QTextCursor>
 #include <utility>
 
+#include "text/text.h"
 #include "ui/theme.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -69,7 +71,7 @@ Picture pictureOf(QStringView text, qsizetype length, qsizetype& lineLength) {
 
 Console::Console(const QString& designName, QWidget* parent) : QPlainTextEdit(parent) {
   setObjectName(designName);
-  setAccessibleName(u"控制台 Console"_s);
+  worded(this, [this] { setAccessibleName(inFace(u"控制台"_s, u"Console"_s)); });
   setReadOnly(true);
   setUndoRedoEnabled(false);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -234,8 +236,9 @@ void Console::tellWhatIsAbove() {
   if (dropped > 0) head = ConsoleText::droppedNotice(dropped);
   if (dropped < m_viewFirst) {
     if (!head.isEmpty()) head += u' ';
-    head += u"（前面还有 %1 个字符，向上滚动即可显示）(Scroll up for %1 earlier characters)"_s.arg(
-        m_viewFirst - dropped);
+    head += inFace(u"（前面还有 %1 个字符，向上滚动即可显示）"_s, u"(Scroll up for %1 earlier characters)"_s,
+                   u"（前面还有 %1 个字符，向上滚动即可显示）(Scroll up for %1 earlier characters)"_s)
+                .arg(m_viewFirst - dropped);
   }
   if (head == m_head) return;
   QTextCursor cursor(document());

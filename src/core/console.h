@@ -5,6 +5,7 @@
 #include <deque>
 
 #include "core/console_text.h"
+#include "text/text.h"
 
 namespace orvanta {
 

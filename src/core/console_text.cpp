@@ -1,5 +1,7 @@
 #include "core/console_text.h"
 
+#include "text/text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -26,7 +28,9 @@ void ConsoleText::say(const QString& message) {
 }
 
 QString ConsoleText::droppedNotice(qsizetype characters) {
-  return u"（前面 %1 个字符已丢弃）(%1 earlier characters were dropped)"_s.arg(characters);
+  return inFace(u"（前面 %1 个字符已丢弃）"_s, u"(%1 earlier characters were dropped)"_s,
+                u"（前面 %1 个字符已丢弃）(%1 earlier characters were dropped)"_s)
+      .arg(characters);
 }
 
 }  // namespace orvanta

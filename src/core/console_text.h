@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "core/newest_text.h"
+#include "text/text.h"
 
 namespace orvanta {
 

@@ -8,6 +8,7 @@
 #include "platform/awaited.h"
 #include "platform/child_process.h"
 #include "platform/command_line.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -59,16 +60,16 @@ QCoro::Task<QString> DOSOutputs::ExecuteCommand(QString commandLine) {
   if (m_turn != nullptr && m_turn->stopped()) co_return QString();
   if (!commandLine.isEmpty()) m_commandLine = commandLine;
   if (m_commandLine.isEmpty()) {
-    co_await m_reports.criticalMessage(u"Command Line empty"_s);
+    co_await m_reports.criticalMessage(designed(u"Command Line empty"));
     co_return QString();
   }
 
   Run run(m_bound);
   const QString tool = toolName(m_commandLine);
   if (const auto failure = run.child->start(m_commandLine)) {
-    QString text = u" File or command not found\r\n"_s + m_commandLine;
+    QString text = designed(u" File or command not found") + u"\r\n"_s + m_commandLine;
     if (failure->step == ChildProcess::StartFailure::Step::Pipe) {
-      text = u"CreatePipe failed. Error: "_s + QString::number(failure->error);
+      text = designed(u"CreatePipe failed. Error: ") + QString::number(failure->error);
     } else {
       m_startError = failure->error;
     }

@@ -4,13 +4,14 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "text/text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
 Form2::Form2(QWidget* owner) : Form(u"Form2"_s, 10800, 8220, owner) {
-  setWindowTitle(u"Help"_s);
-  setAccessibleName(u"Help"_s);
+  setTitle(Designed(u"Help"));
   setFixedSize(designSize());
 }
 

@@ -4,8 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "text/text.h"
 #include "ui/theme.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +20,7 @@ constexpr int gap = 6;
 constexpr int fieldHeight = 42;
 constexpr int commandHeight = 30;
 constexpr int lineHeight = 24;
+constexpr int switchWidth = 36;
 constexpr int bannerTwipsTop = 840;
 constexpr int bannerTwipsLeft = 7680;
 constexpr int iconTwipsLeft = 6840;
@@ -32,20 +35,20 @@ struct Field {
   Frame* MainControls::*frame;
   Label* MainControls::*label;
   int number;
-  const char16_t* caption;
+  Designed caption;
 };
 
 const Field fields[] = {
-    {&MainControls::Frame1, &MainControls::Label1, 1, u"应用名称"},
-    {&MainControls::Frame2, &MainControls::Label2, 2, u"应用包名"},
-    {&MainControls::Frame3, &MainControls::Label3, 3, u"版本"},
-    {&MainControls::Frame4, &MainControls::Label4, 4, u"Build APK"},
-    {&MainControls::Frame5, &MainControls::Label5, 5, u"文件名"},
-    {&MainControls::Frame6, &MainControls::Label6, 6, u"设备已经安装的版本"},
-    {&MainControls::Frame7, &MainControls::Label7, 7, u"磁盘空间"},
-    {&MainControls::Frame8, &MainControls::Label8, 8, u"已使用"},
-    {&MainControls::Frame9, &MainControls::Label9, 9, u"可用空间"},
-    {&MainControls::Frame10, &MainControls::Label10, 10, u"已用%"},
+    {&MainControls::Frame1, &MainControls::Label1, 1, Designed(u"应用名称")},
+    {&MainControls::Frame2, &MainControls::Label2, 2, Designed(u"应用包名")},
+    {&MainControls::Frame3, &MainControls::Label3, 3, Designed(u"版本")},
+    {&MainControls::Frame4, &MainControls::Label4, 4, Designed(u"Build APK")},
+    {&MainControls::Frame5, &MainControls::Label5, 5, Designed(u"文件名")},
+    {&MainControls::Frame6, &MainControls::Label6, 6, Designed(u"设备已经安装的版本")},
+    {&MainControls::Frame7, &MainControls::Label7, 7, Designed(u"磁盘空间")},
+    {&MainControls::Frame8, &MainControls::Label8, 8, Designed(u"已使用")},
+    {&MainControls::Frame9, &MainControls::Label9, 9, Designed(u"可用空间")},
+    {&MainControls::Frame10, &MainControls::Label10, 10, Designed(u"已用%")},
 };
 
 /// Lays `controls` side by side from `left` to `right`, sharing the spare room by their weights.
@@ -105,12 +108,12 @@ void MainControls::createControls(Form* form) {
 
 void MainControls::createFields(Form* form) {
   for (const Field& field : fields) {
-    auto* frame = new Frame(u"Frame%1"_s.arg(field.number), QString::fromUtf16(field.caption), form);
+    auto* frame = new Frame(u"Frame%1"_s.arg(field.number), field.caption, form);
     this->*field.frame = frame;
     this->*field.label = new Label(u"Label%1"_s.arg(field.number), frame);
   }
   Picture1 = new PictureBox(u"Picture1"_s, form);
-  Picture1->setAccessibleName(u"图标 Icon"_s);
+  worded(form, [this] { Picture1->setAccessibleName(inFace(u"图标"_s, u"Icon"_s)); });
   banner = new PictureBox(u"banner"_s, form);
   banner->setAccessibleName(u"https://orvanta.example/"_s);
   for (int i = 0; i < static_cast<int>(Picture2.size()); ++i) {
@@ -120,30 +123,31 @@ void MainControls::createFields(Form* form) {
 }
 
 void MainControls::createCommands(Form* form) {
-  const auto button = [form](const char16_t* name, const char16_t* caption, const char16_t* toolTip,
+  const auto button = [form](const char16_t* name, Designed caption, Designed toolTip,
                              const char* shortcut = nullptr) {
-    auto* made =
-        new Button(QString::fromUtf16(name), QString::fromUtf16(caption), QString::fromUtf16(toolTip), form);
+    auto* made = new Button(QString::fromUtf16(name), caption, toolTip, form);
     // The captions have no letters to underline, so the keys are set separately. Nothing that destroys data
     // has a key: one slip would be enough.
     if (shortcut != nullptr) made->setShortcut(QKeySequence(QString::fromLatin1(shortcut)));
     return made;
   };
-  Command1 = button(u"Command1", u"安装", u"Install APK", "Alt+I");
-  Check1 = new CheckBox(u"Check1"_s, u"授予权限"_s, u"授予列表中的所有权限"_s, form);
-  Command2 = button(u"Command2", u"权限", u"在所选应用程序上显示权限", "Alt+P");
-  Command4 = button(u"Command4", u"卸载", u"卸载选定的应用程序");
-  Command5 = button(u"Command5", u"卸载并保留数据", u"卸载选定的应用程序并保留设备上的所有数据");
-  Command8 = button(u"Command8", u"Help", u"Try me", "F1");
-  Check2 = new CheckBox(u"Check2"_s, u"退出关闭ADB"_s,
-                        u"在退出时关闭ADB服务（下次启动速度较慢，但不会锁定最后安装的目录）"_s, form);
+  Command1 = button(u"Command1", Designed(u"安装"), Designed(u"Install APK"), "Alt+I");
+  Check1 = new CheckBox(u"Check1"_s, Designed(u"授予权限"), Designed(u"授予列表中的所有权限"), form);
+  Command2 = button(u"Command2", Designed(u"权限"), Designed(u"在所选应用程序上显示权限"), "Alt+P");
+  Command4 = button(u"Command4", Designed(u"卸载"), Designed(u"卸载选定的应用程序"));
+  Command5 =
+      button(u"Command5", Designed(u"卸载并保留数据"), Designed(u"卸载选定的应用程序并保留设备上的所有数据"));
+  Command8 = button(u"Command8", Designed(u"Help"), Designed(u"Try me"), "F1");
+  Check2 = new CheckBox(u"Check2"_s, Designed(u"退出关闭ADB"),
+                        Designed(u"在退出时关闭ADB服务（下次启动速度较慢，但不会锁定最后安装的目录）"), form);
   Check2->setValue(1);
-  Command9 = button(u"Command9", u"已安装的游戏程序(备份/已用空间)", u"Halden网", "Alt+G");
-  Command11 = button(u"Command11", u"功能命令合集", u"ADB 命令行", "Alt+D");
-  Command12 = button(u"Command12", u"打开Quest磁盘驱动器", u"Mount MTP-Device", "Alt+M");
-  Command6 = button(u"Command6", u"ADB 命令行", u"Run ADB Command on Device", "Alt+A");
-  Command10 = button(u"Command10", u"未安装的应用", u"卸载选定的游戏程序");
-  Command3 = button(u"Command3", u"撤消资源管理器菜单集成", u"");
+  Command9 =
+      button(u"Command9", Designed(u"已安装的游戏程序(备份/已用空间)"), Designed(u"Halden网"), "Alt+G");
+  Command11 = button(u"Command11", Designed(u"功能命令合集"), Designed(u"ADB 命令行"), "Alt+D");
+  Command12 = button(u"Command12", Designed(u"打开Quest磁盘驱动器"), Designed(u"Mount MTP-Device"), "Alt+M");
+  Command6 = button(u"Command6", Designed(u"ADB 命令行"), Designed(u"Run ADB Command on Device"), "Alt+A");
+  Command10 = button(u"Command10", Designed(u"未安装的应用"), Designed(u"卸载选定的游戏程序"));
+  Command3 = button(u"Command3", Designed(u"撤消资源管理器菜单集成"), {});
   // They are out of view, where the tab key must not go.
   for (Button* outOfView : {Command10, Command3}) outOfView->setFocusPolicy(Qt::NoFocus);
   QFont strong = Command1->font();
@@ -152,13 +156,14 @@ void MainControls::createCommands(Form* form) {
 
   statusLine = new StatusLine(form);
   busyStrip = new BusyStrip(form);
+  faceSwitch = new FaceSwitch(form);
   txtOutputs = new Console(u"txtOutputs"_s, form);
   Text1 = new QLineEdit(form);
   Text1->setObjectName(u"Text1"_s);
   Text1->setAccessibleName(u"adb"_s);
   Text1->setTextMargins(3, 0, 3, 0);
   Text1->setPlaceholderText(u"shell ls /sdcard"_s);
-  Command7 = new Button(u"Command7"_s, u"Run"_s, QString(), form);
+  Command7 = new Button(u"Command7"_s, Designed(u"Run"), {}, form);
 }
 
 void MainControls::arrange(const Form& form) {
@@ -190,7 +195,8 @@ void MainControls::arrange(const Form& form) {
   layRow({{Command9, 1}, {Command11, 1}, {Command12, 1}, {Command6, 1}}, margin, right, y, commandHeight);
   y += commandHeight + gap;
   for (QWidget* line : {static_cast<QWidget*>(statusLine), static_cast<QWidget*>(busyStrip)})
-    line->setGeometry(margin, y, right - margin, lineHeight);
+    line->setGeometry(margin, y, right - margin - switchWidth, lineHeight);
+  faceSwitch->setGeometry(right - switchWidth + 2, y, switchWidth - 2, lineHeight);
   y += lineHeight + gap;
   const int rowTop = pixels(rowTwipsTop) + room.height();
   txtOutputs->setGeometry(margin, y, right - margin, rowTop - margin - y);

@@ -7,6 +7,7 @@
 #include "core/console.h"
 #include "ui/busy_strip.h"
 #include "ui/controls.h"
+#include "ui/face_switch.h"
 #include "ui/form.h"
 #include "ui/picture_box.h"
 #include "ui/status_line.h"
@@ -62,6 +63,7 @@ struct MainControls {
   Console* txtOutputs = nullptr;     ///< the console
   StatusLine* statusLine = nullptr;  ///< where the user stands
   BusyStrip* busyStrip = nullptr;    ///< the running tool, with Stop; in the line's place
+  FaceSwitch* faceSwitch = nullptr;  ///< the language of the texts; beside the line
 
   QLineEdit* Text1 = nullptr;  ///< arguments of a free adb command
   Button* Command7 = nullptr;  ///< runs them

@@ -6,9 +6,12 @@
 #include "adb/lines.h"
 #include "core/busy_tools.h"
 #include "core/enabled_controls.h"
+#include "core/face_question.h"
 #include "core/paths.h"
 #include "platform/awaited.h"
+#include "text/text.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +48,7 @@ apkinfo::apkinfo(MainWindowNeeds needs)
   txtOutputs->follow(m_bench.console);
   connect(Check1, &QCheckBox::toggled, this, &apkinfo::Check1_Click);
   connect(Check2, &QCheckBox::toggled, this, &apkinfo::Check2_Click);
+  connect(faceSwitch, &FaceSwitch::chosen, this, [this](Face face) { keepFace(m_needs.settings, face); });
   connect(Timer1, &QTimer::timeout, this, &apkinfo::Timer1_Timer);
   connect(Timer2, &QTimer::timeout, this, &apkinfo::Timer2_Timer);
   connect(banner, &PictureBox::MouseMove, this, &apkinfo::Picture2_MouseMove);
@@ -61,6 +65,11 @@ apkinfo::apkinfo(MainWindowNeeds needs)
   connect(&state, &State::availabilityChanged, this, &apkinfo::showAvailability);
   // As after a report without an answer, so that the watcher fills them, with or without a package.
   showStorage();
+  worded(this, [this] {
+    showPackage();
+    showInstalledBuild();
+    showStatus();
+  });
 }
 
 apkinfo::~apkinfo() = default;
@@ -131,7 +140,7 @@ void apkinfo::callUser(const Status& verdict) {
   QApplication::alert(this);
   const LoadedPackage& package = m_bench.state.package;
   const QString& label = package.ManifestFields[FieldLabel];
-  m_bench.desktop.notify(label.isEmpty() ? package.ApkFileName : label, verdict.sentence.joined());
+  m_bench.desktop.notify(label.isEmpty() ? package.ApkFileName : label, verdict.sentence.shown());
 }
 
 void apkinfo::showPackage() {
@@ -142,7 +151,7 @@ void apkinfo::showPackage() {
     prompt.setBold(true);
     prompt.setPixelSize(12);
     Label5->setFont(prompt);
-    Label5->setCaption(u"要安装APK，请右键单击APK文件，然后选择Orvanta"_s);
+    Label5->setCaption(designed(u"要安装APK，请右键单击APK文件，然后选择Orvanta"));
     return;
   }
   const std::pair<Label*, QString> shown[] = {{Label5, package.ApkFileName},
@@ -175,8 +184,9 @@ void apkinfo::showStorage() {
 
 void apkinfo::showInstalledBuild() {
   const InstalledBuild& build = m_bench.state.headset().build;
+  if (!build.verdict) return;
   if (build.verdict == BuildVerdict::NotInstalled) {
-    Label6->setCaption(u"未安装"_s);
+    Label6->setCaption(designed(u"未安装"));
     Label6->setBackColor(m_NormalBackColor);
     Label6->setForeColor(m_NormalForeColor);
     return;
@@ -239,7 +249,7 @@ void apkinfo::beginClosing() {
   // A poll that comes in between would start the adb server again.
   Timer3->stop();
   if (m_bench.turn.taken())
-    m_bench.say(u"将在当前操作结束后关闭 (Closing when the current operation has ended)"_s);
+    m_bench.say(inFace(u"将在当前操作结束后关闭"_s, u"Closing when the current operation has ended"_s));
   Form_QueryUnload();
 }
 

@@ -14,6 +14,8 @@ class SettingsStore {
 
   /// The text under `section`, or `defaultText` if there is none.
   QString read(const QString& section, const QString& defaultText) const;
+  /// Whether nothing was ever stored.
+  bool isEmpty() const { return m_settings.allKeys().isEmpty(); }
   /// Returns whether it was stored.
   bool write(const QString& section, const QString& value);
 

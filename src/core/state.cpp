@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "text/text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -9,11 +11,11 @@ namespace orvanta {
 QString wordOf(BuildVerdict verdict) {
   switch (verdict) {
     case BuildVerdict::Older:
-      return u"Older"_s;
+      return designed(u"Older");
     case BuildVerdict::Newer:
-      return u"Newer"_s;
+      return designed(u"Newer");
     case BuildVerdict::Same:
-      return u"Same"_s;
+      return designed(u"Same");
     case BuildVerdict::NotInstalled:
     case BuildVerdict::Undecided:
       break;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "adb/replies.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,7 +16,7 @@ Workbench::Workbench(Desktop& user) : desktop(user) {
   });
   connect(&turn, &Turn::begun, this, [this] { m_toldInTurn.clear(); });
   connect(&turn, &Turn::begun, &status, &StatusBoard::clearVerdict);
-  connect(&turn, &Turn::stopRequested, this, [this] { sayUnderVerdict(u"已停止 (Stopped)"_s); });
+  connect(&turn, &Turn::stopRequested, this, [this] { sayUnderVerdict(inFace(u"已停止"_s, u"Stopped"_s)); });
 }
 
 QCoro::Task<QString> Workbench::runQuietly(DOSOutputs& runner, std::optional<QString> line) {
@@ -50,7 +51,7 @@ void Workbench::toolStarted(const QString& tool) {
 }
 
 QCoro::Task<> Workbench::startFailed(QString tool, QString commandLine, QString text) {
-  sayUnderVerdict(u"Command Error: \r\n"_s + commandLine + u"\r\n"_s);
+  sayUnderVerdict(designed(u"Command Error: ") + u"\r\n"_s + commandLine + u"\r\n"_s);
   // Without a turn it is the watcher, which would show a box every two seconds.
   const bool told = turn.taken() ? m_toldInTurn.contains(tool) : m_missingTools.contains(tool);
   m_missingTools.insert(tool);
@@ -59,9 +60,9 @@ QCoro::Task<> Workbench::startFailed(QString tool, QString commandLine, QString 
 }
 
 void Workbench::printedTooMuch(const QString& tool, qint64 bytes) {
-  sayUnderVerdict(
-      u"%1 的输出超过 %2 MiB，已被结束 (%1 printed more than %2 MiB and was ended)"_s.arg(tool).arg(bytes >>
-                                                                                                    20));
+  sayUnderVerdict(inFace(u"%1 的输出超过 %2 MiB，已被结束"_s, u"%1 printed more than %2 MiB and was ended"_s)
+                      .arg(tool)
+                      .arg(bytes >> 20));
 }
 
 QCoro::Task<> Workbench::criticalMessage(QString text) {

@@ -1,6 +1,7 @@
 #include "desktop/first_run.h"
 
 #include "desktop/file_manager_entry.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +18,7 @@ QCoro::Task<> inform(FirstRunNeeds needs, QString text, BoxIcon icon) {
 
 QCoro::Task<> endInFailure(FirstRunNeeds needs) {
   needs.settings.write(u"Explentry"_s, u"off"_s);
-  co_await inform(needs, u"错误：也许没有管理员权限！"_s, BoxIcon::None);
+  co_await inform(needs, designed(u"错误：也许没有管理员权限！"), BoxIcon::None);
   needs.QuitProgram();
 }
 
@@ -29,13 +30,14 @@ bool keepSuccess(FirstRunNeeds needs) {
 }  // namespace
 
 QCoro::Task<> FirstRun(FirstRunNeeds needs, FileManagerEntry& entry) {
-  co_await inform(needs,
-                  u"Orvanta将自身集成到资源管理器中， 通过右键单击APK文件，可以使用Orvanta来安装该文件。\r\r"
-                  "在确认资源管理器集成之前，请将Orvanta的目录复制到一个永久磁盘位置"_s,
-                  BoxIcon::Information);
+  co_await inform(
+      needs,
+      designed(u"Orvanta将自身集成到资源管理器中， 通过右键单击APK文件，可以使用Orvanta来安装该文件。\r\r"
+               "在确认资源管理器集成之前，请将Orvanta的目录复制到一个永久磁盘位置"),
+      BoxIcon::Information);
   MessageBox question;
-  question.text = u"是否在鼠标右键菜单中集成Orvanta？"_s;
-  question.title = u"资源管理器集成"_s;
+  question.text = designed(u"是否在鼠标右键菜单中集成Orvanta？");
+  question.title = designed(u"资源管理器集成");
   question.buttons = BoxButtons::YesNo;
   const BoxAnswer answer = co_await needs.desktop.showBox(question);
   if (answer != BoxAnswer::Yes) {
@@ -54,7 +56,7 @@ QCoro::Task<> FirstRun(FirstRunNeeds needs, FileManagerEntry& entry) {
   // From now on a start without a package shows the tip, until the user turns it off.
   needs.settings.write(u"tooltip"_s, u"on"_s);
   needs.desktop.Beep();
-  co_await inform(needs, u"右键单击APK文件，然后选择“install”"_s, BoxIcon::Information);
+  co_await inform(needs, designed(u"右键单击APK文件，然后选择“install”"), BoxIcon::Information);
   needs.QuitProgram();
 }
 

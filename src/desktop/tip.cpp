@@ -3,6 +3,9 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
+#include "text/text.h"
+#include "ui/worded.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -16,10 +19,10 @@ constexpr int margin = 16;
 Form7::Form7(SettingsStore& settings, QWidget* owner)
     : Form(u"Form7"_s, widthTwips, heightTwips, owner),
       Label1(new QLabel(this)),
-      Check1(new CheckBox(u"Check1"_s, u"不再显示"_s, QString(), this)),
-      Command1(new Button(u"Command1"_s, u"OK"_s, QString(), this)),
+      Check1(new CheckBox(u"Check1"_s, Designed(u"不再显示"), {}, this)),
+      Command1(new Button(u"Command1"_s, Designed(u"OK"), {}, this)),
       m_settings(settings) {
-  setWindowTitle(u"Tip"_s);
+  setTitle(Designed(u"Tip"));
   Label1->setObjectName(u"Label1"_s);
   Label1->setTextFormat(Qt::PlainText);
   Label1->setWordWrap(true);
@@ -39,10 +42,12 @@ Form7::Form7(SettingsStore& settings, QWidget* owner)
 }
 
 void Form7::Form_Load() {
-  Label1->setText(
-      u"Orvanta自身已集成到“资源管理器”菜单中, 要安装APK，只需在APK上右键单击并选择Orvanta\r\n\r\n"
-      "仅当您要使用其他功能（例如：ADB命令行，已安装的应用程序管理，将Quest挂载为驱动器或运行Quest "
-      "ADB命令）时，才可以直接启动Orvanta"_s);
+  worded(this, [this] {
+    Label1->setText(designed(
+        u"Orvanta自身已集成到“资源管理器”菜单中, 要安装APK，只需在APK上右键单击并选择Orvanta\r\n\r\n"
+        "仅当您要使用其他功能（例如：ADB命令行，已安装的应用程序管理，将Quest挂载为驱动器或运行Quest "
+        "ADB命令）时，才可以直接启动Orvanta"));
+  });
   Command1->setFocus();
 }
 

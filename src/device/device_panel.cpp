@@ -4,6 +4,7 @@
 #include "core/main_window.h"
 #include "device/presses.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,7 +21,7 @@ Frame* frameFor(const PanelFrame& row, QWidget* room) {
   const QString name = u"Frame%1"_s.arg(row.number);
   auto* frame = room->findChild<Frame*>(name);
   if (frame == nullptr) {
-    frame = new Frame(name, QString::fromUtf16(row.caption), room);
+    frame = new Frame(name, row.caption, room);
     frame->setGeometry(0, pixels(row.topTwips), pixels(frameTwips.width()), pixels(frameTwips.height()));
   }
   return frame;
@@ -39,9 +40,10 @@ DevicePanel::DevicePanel(Workbench& bench, apkinfo& form) : m_bench(bench), m_fo
 Button* DevicePanel::makeButton(const PanelButton& row) {
   Frame* frame = frameFor(*row.frame, m_form.panelRoom);
   const auto before = static_cast<int>(frame->findChildren<Button*>().size());
-  const QString caption = QString::fromUtf16(row.caption);
-  auto* button = new Button(u"Command13_%1"_s.arg(row.Index), caption, QString(), frame,
-                            frame->Caption() + u": "_s + caption);
+  auto* button = new Button(u"Command13_%1"_s.arg(row.Index), row.caption, {}, frame);
+  worded(button, [button, &row] {
+    button->setAccessibleName(row.frame->caption.shown() + u": "_s + row.caption.shown());
+  });
   // The longest captions need some air in a button of this width.
   QFont narrow = m_form.font();
   narrow.setPixelSize(11);

@@ -4,26 +4,28 @@
 #include <cstddef>
 #include <iterator>
 
+#include "text/text.h"
+
 namespace orvanta {
 
 namespace {
 
-constexpr PanelFrame guardian{11, u"Guardian", 120};
-constexpr PanelFrame refreshRate{12, u"Set Refresh Rate", 960};
-constexpr PanelFrame fullRateCapture{14, u"Full Rate Capture", 1800};
-constexpr PanelFrame captureSize{15, u"Video Capture Size", 2640};
-constexpr PanelFrame foveation{13, u"Set Fixed Foveated Rendering level", 3480};
-constexpr PanelFrame textureSize{16, u"Texture Size", 4320};
-constexpr PanelFrame reboot{17, u"Reboot Quest", 5520};
+constexpr PanelFrame guardian{11, Designed(u"Guardian"), 120};
+constexpr PanelFrame refreshRate{12, Designed(u"Set Refresh Rate"), 960};
+constexpr PanelFrame fullRateCapture{14, Designed(u"Full Rate Capture"), 1800};
+constexpr PanelFrame captureSize{15, Designed(u"Video Capture Size"), 2640};
+constexpr PanelFrame foveation{13, Designed(u"Set Fixed Foveated Rendering level"), 3480};
+constexpr PanelFrame textureSize{16, Designed(u"Texture Size"), 4320};
+constexpr PanelFrame reboot{17, Designed(u"Reboot Quest"), 5520};
 
 constexpr PanelButton buttons[] = {
     // The property pauses the guardian: "On" sends 1.
-    {0, &guardian, u"On", u"debug.oculus.guardian_pause 1"},
-    {1, &guardian, u"Off", u"debug.oculus.guardian_pause 0"},
+    {0, &guardian, Designed(u"On"), u"debug.oculus.guardian_pause 1"},
+    {1, &guardian, Designed(u"Off"), u"debug.oculus.guardian_pause 0"},
     {2, &refreshRate, u"72", u"debug.oculus.refreshRate 72"},
     {3, &refreshRate, u"90", u"debug.oculus.refreshRate 90"},
-    {9, &fullRateCapture, u"On", u"debug.oculus.fullRateCapture 1"},
-    {10, &fullRateCapture, u"Off", u"debug.oculus.fullRateCapture 0"},
+    {9, &fullRateCapture, Designed(u"On"), u"debug.oculus.fullRateCapture 1"},
+    {10, &fullRateCapture, Designed(u"Off"), u"debug.oculus.fullRateCapture 0"},
     {12, &captureSize, u"480p", {u"debug.oculus.capture.width 640", u"debug.oculus.capture.height 480"}},
     {11, &captureSize, u"720p", {u"debug.oculus.capture.width 1280", u"debug.oculus.capture.height 720"}},
     {13, &captureSize, u"1080p", {u"debug.oculus.capture.width 1920", u"debug.oculus.capture.height 1080"}},
@@ -40,7 +42,7 @@ constexpr PanelButton buttons[] = {
     {19, &textureSize, u"2048", {u"debug.oculus.textureWidth 2048", u"debug.oculus.textureHeight 2048"}},
     {20, &textureSize, u"2560", {u"debug.oculus.textureWidth 2560", u"debug.oculus.textureHeight 2560"}},
     {21, &textureSize, u"3072", {u"debug.oculus.textureWidth 3072", u"debug.oculus.textureHeight 3072"}},
-    {22, &reboot, u"Start", PanelPress::reboot()},
+    {22, &reboot, Designed(u"Start"), PanelPress::reboot()},
 };
 
 // Whether each index from 0 has exactly one row, and no frame has more buttons than fit.

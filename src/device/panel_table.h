@@ -2,13 +2,15 @@
 
 #include <span>
 
+#include "text/text.h"
+
 /// The device panel as one table: a button is one row.
 namespace orvanta {
 
 /// A captioned line of buttons; its object name is "Frame" and the number.
 struct PanelFrame {
   int number;
-  const char16_t* caption;
+  Designed caption;
   int topTwips;
 };
 
@@ -28,7 +30,7 @@ class PanelPress {
 struct PanelButton {
   int Index;
   const PanelFrame* frame;
-  const char16_t* caption;
+  Designed caption;
   PanelPress press;
 };
 

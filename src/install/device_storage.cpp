@@ -5,6 +5,7 @@
 #include "adb/replies.h"
 #include "adb/storage.h"
 #include "core/workbench.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -29,8 +30,8 @@ QCoro::Task<StorageAnswer> removeObbFolder(Workbench& bench, QString package) {
   if (bench.turn.stopped()) co_return storage;
   if (package.isEmpty() || !isFitPackageName(package) ||
       (storage.complete && !isPlainDevicePath(storage.path))) {
-    bench.say(
-        u"没有删除设备上的文件夹：路径不明确 (Nothing was removed on the device: the path is not certain)"_s);
+    bench.say(inFace(u"没有删除设备上的文件夹：路径不明确"_s,
+                     u"Nothing was removed on the device: the path is not certain"_s));
     co_return storage;
   }
   std::optional<QString> line;
@@ -45,10 +46,11 @@ QCoro::Task<bool> mayRemoveObbFolder(Workbench& bench, QString package, QString 
   const QString reason = tellingLine(withoutServerNotes(reply));
   if (reason.isEmpty()) co_return false;
   MessageBox question;
-  question.text = unreported + u":\r\n"_s + reason.left(longestReason) +
-                  u"\r\n\r\n接下来会删除设备上已安装应用的扩展文件 "
-                  "(The expansion files of the installed app would now be removed):\r\n/Android/obb/"_s +
-                  package + u"\r\n\r\n要删除吗？ (Remove them?)"_s;
+  question.text = unreported + u":\r\n"_s + reason.left(longestReason) + u"\r\n\r\n"_s +
+                  inFace(u"接下来会删除设备上已安装应用的扩展文件"_s,
+                         u"The expansion files of the installed app would now be removed"_s) +
+                  u":\r\n/Android/obb/"_s + package + u"\r\n\r\n"_s +
+                  inFace(u"要删除吗？"_s, u"Remove them?"_s);
   question.icon = BoxIcon::Warning;
   question.buttons = BoxButtons::YesNo;
   question.preselected = BoxAnswer::No;
@@ -57,7 +59,7 @@ QCoro::Task<bool> mayRemoveObbFolder(Workbench& bench, QString package, QString 
 }
 
 void sayFolderRemoval(Workbench& bench, const QString& package) {
-  bench.say(u"删除设备上存在的文件夹："_s + QString(31, u' ') + u"/Android/obb/"_s + package);
+  bench.say(designed(u"删除设备上存在的文件夹：") + QString(31, u' ') + u"/Android/obb/"_s + package);
 }
 
 }  // namespace orvanta

@@ -16,6 +16,7 @@
 #include "install/expansion_files.h"
 #include "install/send_progress.h"
 #include "monitor/storage_report.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -49,7 +50,7 @@ QCoro::Task<> InstallWorkflow::Command1_Click() {
   }
   if (!m_bench.turn.stopped()) co_await installAndTransfer(withFiles);
   m_bench.desktop.Beep();
-  m_bench.say(u"所有任务都完成了！"_s);
+  m_bench.say(designed(u"所有任务都完成了！"));
   co_await checkSizes();
   unlock();
   giveVerdict();
@@ -126,7 +127,7 @@ QCoro::Task<bool> InstallWorkflow::selectFiles() {
 }
 
 QCoro::Task<QString> InstallWorkflow::runInstall() {
-  m_bench.say(u"尝试连接设备以进行Orvanta，请稍候！"_s);
+  m_bench.say(designed(u"尝试连接设备以进行Orvanta，请稍候！"));
   co_await Pause(0.2);
   const QString line = installLine(Host::current(), m_bench.state.package.ApkPath, m_bench.state.Grant);
   m_progress->beginFile(m_run.packageBytes);
@@ -179,8 +180,9 @@ qint64 InstallWorkflow::bytesToSend() const {
 QCoro::Task<> InstallWorkflow::ObbTransfer(QString Reply) {
   const QString package = m_bench.state.package.package();
   if (package.isEmpty() || !isFitPackageName(package)) {
-    m_bench.say(u"没有可用的包名，不传输obb文件 (No usable package name: no obb file is transferred): "_s +
-                package);
+    m_bench.say(
+        inFace(u"没有可用的包名，不传输obb文件"_s, u"No usable package name: no obb file is transferred"_s) +
+        u": "_s + package);
     co_return;
   }
   const ExpansionFileList& module = m_bench.state.expansionFiles;
@@ -192,7 +194,7 @@ QCoro::Task<> InstallWorkflow::ObbTransfer(QString Reply) {
     if (isOnDevice(module.ObbFileNames[static_cast<size_t>(i)], Listing)) ++AlreadyOnDevice;
   }
   if (AlreadyOnDevice == module.ObbFileCount || !module.ObbSelectionConfirmed) {
-    m_bench.say(u"跳过所有obb文件"_s);
+    m_bench.say(designed(u"跳过所有obb文件"));
     co_return;
   }
   // That none of them is there is known only if the device answered for exactly this folder.
@@ -201,12 +203,14 @@ QCoro::Task<> InstallWorkflow::ObbTransfer(QString Reply) {
   bool removalDue = noneThere && (saysSuccess(Reply) || listsFiles(Listing));
   for (int i = 1; i <= lastEntry(module) && !m_bench.turn.stopped(); ++i) {
     if (!isChosen(i)) {
-      m_bench.say(u"跳过的obb文件："_s + QString(9, u' ') + module.ObbFileNames[static_cast<size_t>(i)]);
+      m_bench.say(designed(u"跳过的obb文件：") + QString(9, u' ') +
+                  module.ObbFileNames[static_cast<size_t>(i)]);
       continue;
     }
     bool removeOldFolder = false;
     if (removalDue) {
-      const QString unreported = u"adb 没有报告安装成功 (adb did not report a successful install)"_s;
+      const QString unreported =
+          inFace(u"adb 没有报告安装成功"_s, u"adb did not report a successful install"_s);
       removeOldFolder = co_await mayRemoveObbFolder(m_bench, package, Reply, unreported);
       removalDue = false;
     }
@@ -229,10 +233,10 @@ QCoro::Task<> InstallWorkflow::transferEntry(int i, bool removeOldFolder) {
   if (isOnDevice(name, Listing)) {
     file.noteSkipped(Listing, ListedFiles(Listing));
     m_progress->endFile();
-    m_bench.say(u"跳过的obb文件："_s + QString(9, u' ') + name);
+    m_bench.say(designed(u"跳过的obb文件：") + QString(9, u' ') + name);
     co_return;
   }
-  m_bench.say(u"安装额外的 obb 文件："_s + QString(16, u' ') + name);
+  m_bench.say(designed(u"安装额外的 obb 文件：") + QString(16, u' ') + name);
   co_await Pause(0.3);
   const StorageAnswer storage = co_await askStorage(m_bench);
   if (storage.complete && !isPlainDevicePath(storage.path)) {
@@ -264,7 +268,8 @@ QCoro::Task<> InstallWorkflow::checkSizes() {
     file.onDevice = listed.sizeOf(file.name);
     file.missing = !file.onDevice;
     if (!file.arrived())
-      m_bench.say(u"头显上的文件不完整 (The file on the headset is not complete): "_s + file.name);
+      m_bench.say(inFace(u"头显上的文件不完整"_s, u"The file on the headset is not complete"_s) + u": "_s +
+                  file.name);
   }
 }
 

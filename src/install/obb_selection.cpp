@@ -3,7 +3,9 @@
 #include <QKeyEvent>
 #include <QTimer>
 
+#include "text/text.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,24 +27,25 @@ const QColor skipFace(255, 74, 74);
 
 Form3::Form3(const QString& apkFileName, ExpansionFileList& module, QWidget* owner)
     : Form(u"Form3"_s, widthTwips, heightTwips, owner), m_module(module), m_Timer1(new QTimer(this)) {
-  setWindowTitle(u"Found OBB Files (Click to Skip)"_s);
-  Frame1_18 = new Frame(u"Frame1_18"_s, u"File name"_s, this);
+  setTitle(Designed(u"Found OBB Files (Click to Skip)"));
+  Frame1_18 = new Frame(u"Frame1_18"_s, Designed(u"File name"), this);
   Label1_18 = new Label(u"Label1_18"_s, Frame1_18);
   cmdCancel =
-      new Button(u"cmdCancel"_s, u"取消 (Cancel)"_s,
-                 u"不安装，什么也不发送到设备 (Install nothing, send nothing to the headset)"_s, this);
+      new Button(u"cmdCancel"_s, {u"取消"_s, u"Cancel"_s},
+                 {u"不安装，什么也不发送到设备"_s, u"Install nothing, send nothing to the headset"_s}, this);
   // Otherwise Enter on it would press the button beside it, which installs.
   cmdCancel->setAutoDefault(true);
-  Command1 = new Button(u"Command1"_s, u"将所选的OBB文件安装到设备"_s, u"在设备上安装选定的OBB文件"_s, this);
+  Command1 = new Button(u"Command1"_s, Designed(u"将所选的OBB文件安装到设备"),
+                        Designed(u"在设备上安装选定的OBB文件"), this);
   Command1->setDefault(true);
   Label2 = new Label(u"Label2"_s, this);
-  Label2->setCaption(u"点击跳过"_s);
+  worded(this, [this] { Label2->setCaption(designed(u"点击跳过")); });
   for (int k = 0; k < static_cast<int>(Check1.size()); ++k) {
     const auto row = static_cast<size_t>(k);
-    Frame1[row] = new Frame(u"Frame1_%1"_s.arg(k), QString(), this);
+    Frame1[row] = new Frame(u"Frame1_%1"_s.arg(k), {}, this);
     Label1[row] = new Label(u"Label1_%1"_s.arg(k), Frame1[row]);
-    Check1[row] = new ToggleButton(u"Check1_%1"_s.arg(k), k < 16 ? u"Install"_s : u"安装"_s, installFace,
-                                   skipFace, this);
+    Check1[row] = new ToggleButton(u"Check1_%1"_s.arg(k), k < 16 ? Designed(u"Install") : Designed(u"安装"),
+                                   installFace, skipFace, this);
     connect(Check1[row], &QAbstractButton::toggled, this, [this, k] { Check1_Click(k); });
   }
   m_Timer1->setObjectName(u"Timer1"_s);
@@ -66,7 +69,9 @@ void Form3::Form_Load(const QString& apkFileName) {
     Frame1[row]->show();
     Frame1[row]->setAccessibleName(name);
     Check1[row]->show();
-    Check1[row]->setAccessibleName(u"Skip "_s + name);
+    worded(Check1[row], [check = Check1[row], name] {
+      check->setAccessibleName(inFace(u"跳过 "_s, u"Skip "_s, u"Skip "_s) + name);
+    });
     Label1[row]->setCaption(name);
     Label1[row]->setToolTip(name);
     setHeight(Height() + rowPitchTwips);
@@ -112,7 +117,7 @@ void Form3::keyPressEvent(QKeyEvent* event) {
 
 void Form3::Check1_Click(int Index) {
   ToggleButton* row = Check1[static_cast<size_t>(Index)];
-  row->setText(row->Value() == 0 ? u"安装"_s : u"Skip"_s);
+  row->setCaption(row->Value() == 0 ? Designed(u"安装") : Designed(u"Skip"));
 }
 
 void Form3::Command1_Click() {

@@ -6,6 +6,7 @@
 #include "core/pause.h"
 #include "core/workbench.h"
 #include "install/device_storage.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,9 +39,10 @@ QCoro::Task<> UninstallWorkflow::Command5_Click() {
   bool declined = false;
   if (goOn) {
     MessageBox warning;
-    warning.title = u"卸载并保留数据"_s;
-    warning.text =
-        u"只能在以后重新安装APK有相同的签名时\r\n没有正确的签名，APK将无法在以后重新安装！！！\r\n\r\n你确定吗？"_s;
+    warning.title = designed(u"卸载并保留数据");
+    warning.text = designed(
+        u"只能在以后重新安装APK有相同的签名时\r\n没有正确的签名，APK将无法在以后重新安装！！！\r\n\r\n你确定"
+        u"吗？");
     warning.buttons = BoxButtons::YesNo;
     const BoxAnswer answer = co_await m_bench.desktop.showBox(warning);
     goOn = answer == BoxAnswer::Yes;
@@ -56,7 +58,8 @@ QCoro::Task<> UninstallWorkflow::Command5_Click() {
 
 QCoro::Task<> UninstallWorkflow::removeExpansionFiles(QString uninstallReply) {
   const QString package = m_bench.state.package.package();
-  const QString unreported = u"adb 没有报告卸载成功 (adb did not report a successful uninstall)"_s;
+  const QString unreported =
+      inFace(u"adb 没有报告卸载成功"_s, u"adb did not report a successful uninstall"_s);
   const bool removes = co_await mayRemoveObbFolder(m_bench, package, uninstallReply, unreported);
   StorageAnswer storage;
   if (removes) {
@@ -65,7 +68,7 @@ QCoro::Task<> UninstallWorkflow::removeExpansionFiles(QString uninstallReply) {
   } else {
     storage = co_await askStorage(m_bench);
   }
-  m_bench.console.append(u"\r\n完毕！"_s);
+  m_bench.console.append(u"\r\n"_s + designed(u"完毕！"));
   tellOfConnection(storage.reply);
 }
 
@@ -80,22 +83,23 @@ QCoro::Task<bool> UninstallWorkflow::isInstalled() {
   // Every text contains the empty one, but no package has an empty name.
   if (!package.isEmpty() && Reply.contains(package)) co_return true;
   m_bench.desktop.Beep();
-  m_bench.say(u"Package "_s + package + u"未安装"_s);
+  m_bench.say(designed(u"Package %1未安装").arg(package));
   m_run.absent = listsPackages(Reply);
   if (!m_run.absent) {
     m_run.uninstall = uninstallOutcome(Reply);
     const QString words = Reply.trimmed().left(longestShownReply);
-    m_bench.say(words.isEmpty() ? u"头显没有回答 (The headset gave no answer)"_s : words);
+    m_bench.say(words.isEmpty() ? inFace(u"头显没有回答"_s, u"The headset gave no answer"_s) : words);
   }
   co_return false;
 }
 
 QCoro::Task<QString> UninstallWorkflow::uninstall(bool keepData) {
   const QString package = m_bench.state.package.package();
-  m_bench.say(u"Try connecting Device for APK-uninstall ("_s + package + u')');
+  m_bench.say(designed(u"Try connecting Device for APK-uninstall (%1)").arg(package));
   co_await Pause(0.2);
   if (!isFitPackageName(package)) {
-    m_bench.say(u"包名不可用，不卸载 (No usable package name: nothing is uninstalled): "_s + package);
+    m_bench.say(inFace(u"包名不可用，不卸载"_s, u"No usable package name: nothing is uninstalled"_s) +
+                u": "_s + package);
     co_return QString();
   }
   m_run.dataKept = keepData;
@@ -117,7 +121,7 @@ void UninstallWorkflow::giveVerdict() {
 void UninstallWorkflow::tellOfConnection(const QString& Reply) {
   if (!saysConnectionLost(Reply)) return;
   m_bench.desktop.Beep();
-  m_bench.say(u"Connection Error"_s);
+  m_bench.say(designed(u"Connection Error"));
 }
 
 }  // namespace orvanta

@@ -4,6 +4,7 @@
 
 #include "adb/replies.h"
 #include "adb/storage.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

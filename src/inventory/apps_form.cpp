@@ -11,8 +11,10 @@
 #include "adb/replies.h"
 #include "core/busy_tools.h"
 #include "core/turn.h"
+#include "text/text.h"
 #include "ui/flex_grid_paint.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,32 +29,35 @@ constexpr int gridTop = buttonsTop + buttonHeight + 8;
 constexpr int margin = 8;
 constexpr int leastOfRead = 260;  // less, and the line goes to the foot of the window
 constexpr int statusHeight = 24;
-const QString formTitle = u"Installed Apps"_s;
+const Designed formTitle(u"Installed Apps");
 
 }  // namespace
 
 Form4::Form4(CommandReports& reports, Turn& turn)
     : Form(u"Form4"_s, 12000, 9000),
       objDOS(std::make_unique<DOSOutputs>(reports, &turn)),
-      Frame1(new Frame(u"Frame1"_s, u"Search"_s, this)),
+      Frame1(new Frame(u"Frame1"_s, Designed(u"Search"), this)),
       txtSearch(new QLineEdit(Frame1)),
       tmrSearch(new QTimer(this)),
       apps(new AppsModel(this)),
       MSFlexGrid1(new FlexGrid(u"MSFlexGrid1"_s, formTitle, apps, this)),
-      mnuNew(new QMenu(u"New"_s, this)),
+      mnuNew(new QMenu(this)),
       lblShown(new Label(u"lblShown"_s, this)),
       lblNotice(new TextLabel(this)),
       busyStrip(new BusyStrip(this)),
       lblRead(new Label(u"lblRead"_s, this)) {
-  setWindowTitle(formTitle);
+  setTitle(formTitle);
   txtSearch->setObjectName(u"txtSearch"_s);
-  txtSearch->setAccessibleName(u"Search"_s);
   txtSearch->setFrame(false);
   QPalette onFrame;
   onFrame.setColor(QPalette::Base, Qt::transparent);
   txtSearch->setPalette(onFrame);
   txtSearch->setClearButtonEnabled(true);
-  txtSearch->setPlaceholderText(u"搜索所有列 (Ctrl+F)"_s);
+  worded(this, [this] {
+    txtSearch->setAccessibleName(designed(u"Search"));
+    txtSearch->setPlaceholderText(
+        inFace(u"搜索所有列 (Ctrl+F)"_s, u"Search all columns (Ctrl+F)"_s, u"搜索所有列 (Ctrl+F)"_s));
+  });
   tmrSearch->setObjectName(u"tmrSearch"_s);
   QFont bold = font();
   bold.setPixelSize(13);  // 9.75 point
@@ -79,22 +84,27 @@ Form4::Form4(CommandReports& reports, Turn& turn)
     QWidget::setTabOrder(before, button);
     before = button;
   }
+  worded(this, [this] {
+    countShown();
+    showRead();
+  });
 }
 
 void Form4::createMenu() {
   mnuNew->setObjectName(u"mnuNew"_s);
-  const auto entry = [this](QAction*& action, const QString& designName, const QString& caption) {
-    action = mnuNew->addAction(caption);
+  const auto entry = [this](QAction*& action, const QString& designName, Designed caption) {
+    action = mnuNew->addAction(QString());
+    worded(this, [entered = action, caption] { entered->setText(caption.shown()); });
     action->setObjectName(designName);
   };
-  entry(mnuCopy, u"mnuCopy"_s, u"Copy"_s);
-  entry(mnu_backup_apk, u"mnu_backup_apk"_s, u"Backup APK"_s);
-  entry(mnu_backup_apk_obb, u"mnu_backup_apk_obb"_s, u"Backup APK + OBB"_s);
-  entry(mnu_uninstall, u"mnu_uninstall"_s, u"卸载 APK"_s);
-  entry(mnu_startAPK, u"mnu_startAPK"_s, u"Launch App"_s);
-  entry(mnu_NonRootBackup, u"mnu_NonRootBackup"_s, u"Backup Non-Root App Data"_s);
-  entry(mnu_Restore, u"mnu_Restore"_s, u"Restore Non-Root App Data"_s);
-  entry(mnu_Permissions, u"mnu_Permissions"_s, u"Manage Permissions"_s);
+  entry(mnuCopy, u"mnuCopy"_s, Designed(u"Copy"));
+  entry(mnu_backup_apk, u"mnu_backup_apk"_s, Designed(u"Backup APK"));
+  entry(mnu_backup_apk_obb, u"mnu_backup_apk_obb"_s, Designed(u"Backup APK + OBB"));
+  entry(mnu_uninstall, u"mnu_uninstall"_s, Designed(u"卸载 APK"));
+  entry(mnu_startAPK, u"mnu_startAPK"_s, Designed(u"Launch App"));
+  entry(mnu_NonRootBackup, u"mnu_NonRootBackup"_s, Designed(u"Backup Non-Root App Data"));
+  entry(mnu_Restore, u"mnu_Restore"_s, Designed(u"Restore Non-Root App Data"));
+  entry(mnu_Permissions, u"mnu_Permissions"_s, Designed(u"Manage Permissions"));
 }
 
 void Form4::createShortcuts() {
@@ -315,10 +325,13 @@ void Form4::countShown() {
   double mebibytes = 0;
   for (int shown = 0; shown < rows.rowCount(); ++shown)
     mebibytes += apps->cell(rows.record(rows.row(shown)), ColUsedSpace).value;
-  QString text = u"显示 %1 / %2 个应用 (Apps shown)  ·  共占用 %3 MiB (Used space)"_s.arg(
-      QString::number(rows.rowCount()), QString::number(apps->rowCount()),
-      QString::number(mebibytes, 'f', 1));
-  if (!m_checked.isEmpty()) text += u"  ·  已勾选 %1 (checked)"_s.arg(m_checked.size());
+  QString text = inFace(u"显示 %1 / %2 个应用  ·  共占用 %3 MiB"_s, u"%1 of %2 apps shown  ·  %3 MiB used"_s,
+                        u"显示 %1 / %2 个应用 (Apps shown)  ·  共占用 %3 MiB (Used space)"_s)
+                     .arg(QString::number(rows.rowCount()), QString::number(apps->rowCount()),
+                          QString::number(mebibytes, 'f', 1));
+  if (!m_checked.isEmpty())
+    text +=
+        u"  ·  "_s + inFace(u"已勾选 %1"_s, u"%1 checked"_s, u"已勾选 %1 (checked)"_s).arg(m_checked.size());
   lblShown->setCaption(text);
 }
 

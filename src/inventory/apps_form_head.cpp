@@ -3,6 +3,7 @@
 
 #include "adb/replies.h"
 #include "inventory/apps_form.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,19 +18,21 @@ constexpr int buttonPadding = 12;
 }  // namespace
 
 void Form4::createButtons() {
-  const QString about = u"勾选的应用，没有勾选时为当前行 (what is checked, else the current row)"_s;
-  cmdBackup = new Button(
-      u"cmdBackup"_s, u"全部备份 (Back up everything)"_s,
-      u"安装包、OBB 和数据存到一个文件夹：%1 (Package, OBB and data to one folder)"_s.arg(about), this);
-  cmdRestore = new Button(u"cmdRestore"_s, u"还原 (Restore)"_s,
-                          u"把备份放回头显 (Put backups back on the headset)"_s, this);
+  cmdBackup = new Button(u"cmdBackup"_s, {u"全部备份"_s, u"Back up everything"_s},
+                         {u"安装包、OBB 和数据存到一个文件夹：勾选的应用，没有勾选时为当前行"_s,
+                          u"Package, OBB and data to one folder: what is checked, else the current row"_s},
+                         this);
+  cmdRestore = new Button(u"cmdRestore"_s, {u"还原"_s, u"Restore"_s},
+                          {u"把备份放回头显"_s, u"Put backups back on the headset"_s}, this);
   cmdCheck = new Button(
-      u"cmdCheck"_s, u"检查备份 (Check)"_s,
-      u"核对备份的内容，不需要头显 (Compare backups with their manifests; needs no headset)"_s, this);
-  cmdUninstall = new Button(u"cmdUninstall"_s, u"卸载 (Uninstall)"_s,
-                            u"先询问，再卸载：%1 (Ask, then uninstall)"_s.arg(about), this);
-  cmdRefresh =
-      new Button(u"cmdRefresh"_s, u"刷新 (Refresh, F5)"_s, u"重新读取列表 (Read the list anew)"_s, this);
+      u"cmdCheck"_s, {u"检查备份"_s, u"Check"_s},
+      {u"核对备份的内容，不需要头显"_s, u"Compare backups with their manifests; needs no headset"_s}, this);
+  cmdUninstall = new Button(u"cmdUninstall"_s, {u"卸载"_s, u"Uninstall"_s},
+                            {u"先询问，再卸载：勾选的应用，没有勾选时为当前行"_s,
+                             u"Ask, then uninstall: what is checked, else the current row"_s},
+                            this);
+  cmdRefresh = new Button(u"cmdRefresh"_s, {u"刷新 (F5)"_s, u"Refresh (F5)"_s, u"刷新 (Refresh, F5)"_s},
+                          {u"重新读取列表"_s, u"Read the list anew"_s}, this);
 }
 
 QString Form4::packageOf(int record) const {
@@ -110,9 +113,13 @@ void Form4::sayWork(const QString& work) {
 }
 
 void Form4::showRead() {
-  QString text = u"读取于 (Read) %1 · %2"_s.arg(m_readAt.toString(u"HH:mm"_s), m_headset.name());
+  if (!m_readAt.isValid()) return;
+  QString text =
+      (inFace(u"读取于"_s, u"Read"_s) + u" %1 · %2"_s).arg(m_readAt.toString(u"HH:mm"_s), m_headset.name());
   if (isOfAnotherHeadset())
-    text = u"⚠ 现在是另一台头显 (Another headset answers): %1 · "_s.arg(m_answering.name()) + text;
+    text = (u"⚠ "_s + inFace(u"现在是另一台头显"_s, u"Another headset answers"_s) + u": %1 · "_s)
+               .arg(m_answering.name()) +
+           text;
   if (!m_work.isEmpty()) text = m_work;
   lblRead->setCaption(text);
   lblRead->setToolTip(text);

@@ -1,5 +1,6 @@
 #include "inventory/apps_model.h"
 
+#include "text/bilingual.h"
 #include "ui/flex_grid_rows.h"
 
 using namespace Qt::StringLiterals;
@@ -56,7 +57,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return shownText(of.text);
     case Qt::AccessibleTextRole:
-      return menu ? u"菜单 (Menu)"_s : shownText(of.text);
+      return menu ? inFace(u"菜单"_s, u"Menu"_s) : shownText(of.text);
     case Qt::DecorationRole:
       return menu ? QVariant(m_cog) : QVariant();
     case Qt::TextAlignmentRole:
@@ -68,7 +69,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
 
 QVariant AppsModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= inventoryColumns) return {};
-  if (role == Qt::DisplayRole) return columns[section].heading.toString();
+  if (role == Qt::DisplayRole) return columns[section].heading.shown();
   if (role == Qt::TextAlignmentRole)
     return QVariant::fromValue(columns[section].alignment | Qt::AlignVCenter);
   return {};

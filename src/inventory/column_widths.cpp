@@ -57,7 +57,7 @@ std::vector<ColumnWidth> measuredColumns(const AppsModel& apps, const QFontMetri
   Ruler ruler(metrics);
   std::vector<ColumnWidth> measured;
   for (int column = 0; column < inventoryColumns; ++column) {
-    const QString heading = columns[column].heading.toString();
+    const QString heading = columns[column].heading.shown();
     const WidthRule& rule = columns[column].width;
     const int besideHeading = headingRoom + cellRoom;
     int whole = textWidth(heading, metrics) + besideHeading;

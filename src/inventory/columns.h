@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "inventory/cell_text.h"
+#include "text/text.h"
 
 namespace orvanta {
 
@@ -32,7 +33,7 @@ struct WidthRule {
 
 /// A column of the installed apps. One with a tag is read from the script's output.
 struct Column {
-  QStringView heading;
+  Designed heading;
   CellKind kind;  ///< also what it is sorted by
   Qt::AlignmentFlag alignment;
   WidthRule width;
@@ -44,15 +45,27 @@ struct Column {
 };
 
 inline constexpr Column columns[] = {
-    {u"App Name", CellKind::Text, Qt::AlignLeft, {.givesWay = 1}, u"application-label:", 18},
-    {u"Package Name", CellKind::Text, Qt::AlignLeft, {.givesWay = 1}, u"IP3x", 6},
-    {u"版本", CellKind::Text, Qt::AlignLeft, {.mostTwips = 4800, .givesWay = 2}, u"VC3x: versionName:", 19},
-    {u"Build", CellKind::Number, Qt::AlignLeft, {}, u"VC3x: versionCode:", 19, beforeMinSdk, CellKind::Text},
-    {u"Used Space", CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"TO3x", 6},
-    {u"Used APK Space", CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"AP3x", 6},
-    {u"Used OBB Space", CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"OB3x", 6},
-    {u"Used App Data", CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"AD3x", 6},
-    {u"<- Click to sort", CellKind::Number, Qt::AlignLeft, {.givesWay = 3}},
+    {Designed(u"App Name"), CellKind::Text, Qt::AlignLeft, {.givesWay = 1}, u"application-label:", 18},
+    {Designed(u"Package Name"), CellKind::Text, Qt::AlignLeft, {.givesWay = 1}, u"IP3x", 6},
+    {Designed(u"版本"),
+     CellKind::Text,
+     Qt::AlignLeft,
+     {.mostTwips = 4800, .givesWay = 2},
+     u"VC3x: versionName:",
+     19},
+    {Designed(u"Build"),
+     CellKind::Number,
+     Qt::AlignLeft,
+     {},
+     u"VC3x: versionCode:",
+     19,
+     beforeMinSdk,
+     CellKind::Text},
+    {Designed(u"Used Space"), CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"TO3x", 6},
+    {Designed(u"Used APK Space"), CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"AP3x", 6},
+    {Designed(u"Used OBB Space"), CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"OB3x", 6},
+    {Designed(u"Used App Data"), CellKind::Size, Qt::AlignRight, {.givesWay = 3}, u"AD3x", 6},
+    {Designed(u"<- Click to sort"), CellKind::Number, Qt::AlignLeft, {.givesWay = 3}},
     {{}, CellKind::Number, Qt::AlignHCenter, {.leastTwips = 300, .mostTwips = 300}},
 };
 inline constexpr int inventoryColumns = static_cast<int>(std::size(columns));

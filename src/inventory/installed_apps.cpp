@@ -9,6 +9,7 @@
 #include "inventory/shortcomings.h"
 #include "platform/awaited.h"
 #include "platform/script_place.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +42,7 @@ QCoro::Task<> InstalledApps::loadForm4() {
   m_Form4.setEnabled(false);
   m_Form4.prepareLoad();
   co_await askCount();
-  m_Form5.Label1->setCaption(u"Processing Apps: 0 of "_s + m_AppCountText);
+  m_Form5.Label1->setCaption(processingText(m_AppCountText));
 
   InventoryOutcome outcome;
   co_await runScript(outcome);
@@ -87,31 +88,35 @@ QCoro::Task<> InstalledApps::cmdRefresh_Click() {
   if (!turn) co_return;
   const QString problem = co_await readAgain();
   if (problem.isEmpty()) co_return;
-  m_Form4.sayOutcome({u"✗ 没有刷新，列表没有变 (Not refreshed, the list is as it was): "_s + problem});
+  m_Form4.sayOutcome({u"✗ "_s + inFace(u"没有刷新，列表没有变"_s, u"Not refreshed, the list is as it was"_s) +
+                      u": "_s + problem});
 }
 
 /// Why the list could not be read; empty when it was.
 QCoro::Task<QString> InstalledApps::readAgain() {
-  const QString stopped = u"已停止 (stopped)"_s;
+  const QString stopped = inFace(u"已停止"_s, u"stopped"_s);
   const HeadsetIdentity headset = co_await askHeadset();
   if (m_bench.turn.stopped()) co_return QString(stopped);
   const bool silent = headset.serial.isEmpty();
   if (silent) {
     QString words = tellingLine(withoutServerNotes(m_Form4.objDOS->Outputs()));
-    if (words.isEmpty()) words = u"设备没有回答 (The headset gave no answer)"_s;
+    if (words.isEmpty()) words = inFace(u"设备没有回答"_s, u"The headset gave no answer"_s);
     co_return words;
   }
   m_Form4.noteAnswering(headset);
   if (m_Form4.isOfAnotherHeadset()) {
     MessageBox box;
     box.text =
-        u"现在连接的是另一台头显：%1。读取它的应用吗？\r\n\r\n"
-        "(Another headset answers now. Read its apps in the place of these?)"_s.arg(headset.name());
+        inFace(
+            u"现在连接的是另一台头显：%1。读取它的应用吗？"_s,
+            u"Another headset answers now: %1. Read its apps in the place of these?"_s,
+            u"现在连接的是另一台头显：%1。读取它的应用吗？\r\n\r\n(Another headset answers now. Read its apps in the place of these?)"_s)
+            .arg(headset.name());
     box.icon = BoxIcon::Question;
     box.buttons = BoxButtons::YesNo;
     m_bench.turn.noteQuestion();
     const BoxAnswer answer = co_await m_bench.desktop.showBox(box);
-    if (answer != BoxAnswer::Yes) co_return QString(u"另一台头显 (another headset)"_s);
+    if (answer != BoxAnswer::Yes) co_return QString(inFace(u"另一台头显"_s, u"another headset"_s));
   }
   const Host host = Host::current();
   const QString tool = badgingToolPath(host.applicationFolder);

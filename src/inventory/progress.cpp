@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "text/text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -19,8 +21,12 @@ std::optional<int> countIn(const QString& AppCountText) {
   return isNumber ? std::optional<int>(count) : std::nullopt;
 }
 
+QString processingText(const QString& AppCountText) {
+  return designed(u"Processing Apps: 0 of %1").arg(AppCountText);
+}
+
 QString progressCaption(int apps, const QString& AppCountText) {
-  return u"%1 %2 of %3"_s.arg(SiteBanner, QString::number(apps), AppCountText);
+  return designed(u"%1 %2 of %3").arg(SiteBanner, QString::number(apps), AppCountText);
 }
 
 int progressPercent(int apps, const QString& AppCountText) {

@@ -15,6 +15,9 @@ QString cleanedCount(const QString& reply);
 /// The number in a count text if it fits 16 bits.
 std::optional<int> countIn(const QString& AppCountText);
 
+/// "Processing Apps: 0 of 60", before the first app was read.
+QString processingText(const QString& AppCountText);
+
 /// "<banner> 12 of 60".
 QString progressCaption(int apps, const QString& AppCountText);
 

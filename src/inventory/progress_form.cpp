@@ -5,8 +5,11 @@
 #include <QPainter>
 #include <QScreen>
 
+#include "inventory/progress.h"
+#include "text/bilingual.h"
 #include "ui/theme.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -48,13 +51,16 @@ Form5::Form5()
       busyStrip(new BusyStrip(this)) {
   setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
   setWindowTitle(u"Orvanta"_s);
-  setAccessibleName(u"Progress of the inventory"_s);
+  worded(this, [this] {
+    setAccessibleName(
+        inFace(u"读取应用列表的进度"_s, u"Progress of the inventory"_s, u"Progress of the inventory"_s));
+    Label1->setCaption(processingText(u"0"_s));
+  });
   setFixedSize(designSize());
   Timer1->setObjectName(u"Timer1"_s);
   Timer1->setInterval(200);
   Timer1->setSingleShot(true);
   Label1->setGeometry(pixels(240), pixels(120), pixels(6615), pixels(615));
-  Label1->setCaption(u"Processing Apps: 0 of 0"_s);
   busyStrip->setGeometry(stripMargin, pixels(barAreaTwips), width() - 2 * stripMargin,
                          pixels(stripTwips) - stripMargin);
   connect(busyStrip, &BusyStrip::stopRequested, this, &Form5::stopRequested);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "inventory/progress.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,24 +38,28 @@ QString withWords(const QString& sentence, const QString& words) {
 
 QString shortcomingsOf(const InventoryOutcome& outcome) {
   if (!outcome.scriptFailure.isEmpty())
-    return withWords(u"无法写入脚本 (The script could not be written)"_s, outcome.scriptFailure);
+    return withWords(inFace(u"无法写入脚本"_s, u"The script could not be written"_s), outcome.scriptFailure);
   const auto count = countIn(outcome.AppCountText);
-  if (outcome.stopped) return u"已停止，列表不完整 (Stopped: the list is not complete)"_s;
+  if (outcome.stopped) return inFace(u"已停止，列表不完整"_s, u"Stopped: the list is not complete"_s);
   const QString complaint = complaintIn(outcome.words);
-  if (outcome.apps == 0 && count == 0) return u"设备上没有应用 (There are no apps on the device)"_s;
-  if (outcome.apps == 0) return withWords(u"没有读到应用 (No app could be read)"_s, complaint);
+  if (outcome.apps == 0 && count == 0)
+    return inFace(u"设备上没有应用"_s, u"There are no apps on the device"_s);
+  if (outcome.apps == 0) return withWords(inFace(u"没有读到应用"_s, u"No app could be read"_s), complaint);
   if (count && outcome.apps < *count)
-    return withWords(
-        u"只读到 %1 / %2 个应用 (Only %1 of %2 apps could be read)"_s.arg(outcome.apps).arg(*count),
-        complaint);
+    return withWords(inFace(u"只读到 %1 / %2 个应用"_s, u"Only %1 of %2 apps could be read"_s)
+                         .arg(outcome.apps)
+                         .arg(*count),
+                     complaint);
   // The count leaves out apps that the script lists, so it is not proof by itself.
-  if (outcome.cut) return withWords(u"列表不完整 (The list is not complete)"_s, complaint);
+  if (outcome.cut) return withWords(inFace(u"列表不完整"_s, u"The list is not complete"_s), complaint);
   if (!hasSizes(outcome))
-    return withWords(u"设备没有给出大小 (The device did not tell the sizes)"_s, complaint);
+    return withWords(inFace(u"设备没有给出大小"_s, u"The device did not tell the sizes"_s), complaint);
   if (!outcome.hasBadgingTool)
-    return u"缺少 aapt-arm-pie，没有应用名称 (aapt-arm-pie is missing beside the program: no app names)"_s;
+    return inFace(u"缺少 aapt-arm-pie，没有应用名称"_s,
+                  u"aapt-arm-pie is missing beside the program: no app names"_s);
   if (!outcome.anyLabel)
-    return withWords(u"设备没有给出应用名称 (The device did not tell the app names)"_s, complaint);
+    return withWords(inFace(u"设备没有给出应用名称"_s, u"The device did not tell the app names"_s),
+                     complaint);
   return {};
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "adb/devices.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,6 +3,7 @@
 #include <QString>
 #include <optional>
 
+#include "text/bilingual.h"
 #include "ui/status.h"
 
 /// The connection doctor: tells in one sentence why the headset cannot be used, and what to do next.

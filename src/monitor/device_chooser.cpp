@@ -11,6 +11,8 @@
 #include "core/pause.h"
 #include "core/workbench.h"
 #include "monitor/connection.h"
+#include "text/bilingual.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,13 +38,13 @@ const QString rememberedSection = u"Headsets"_s;
 QString stateText(const ListedDevice& device) {
   switch (device.state) {
     case ListedDevice::State::Device:
-      return u"可用 (Ready)"_s;
+      return inFace(u"可用"_s, u"Ready"_s);
     case ListedDevice::State::Offline:
-      return u"离线 (Offline)"_s;
+      return inFace(u"离线"_s, u"Offline"_s);
     case ListedDevice::State::Unauthorized:
-      return u"等待“允许” (Not allowed yet)"_s;
+      return inFace(u"等待“允许”"_s, u"Not allowed yet"_s);
     case ListedDevice::State::NoPermissions:
-      return u"没有 USB 权限 (No permissions)"_s;
+      return inFace(u"没有 USB 权限"_s, u"No permissions"_s);
     default:
       return device.words;
   }
@@ -56,11 +58,13 @@ QTableWidgetItem* cell(const QString& text, const QString& serial) {
   return item;
 }
 
-QLineEdit* edit(const QString& name, const QString& placeholder, QWidget* parent) {
+QLineEdit* edit(const QString& name, const Bilingual& placeholder, QWidget* parent) {
   auto* made = new QLineEdit(parent);
   made->setObjectName(name);
-  made->setAccessibleName(placeholder);
-  made->setPlaceholderText(placeholder);
+  worded(made, [made, placeholder] {
+    made->setAccessibleName(placeholder.shown());
+    made->setPlaceholderText(placeholder.shown());
+  });
   made->setTextMargins(3, 0, 3, 0);
   return made;
 }
@@ -73,15 +77,15 @@ DeviceChooser::DeviceChooser(Workbench& bench, SettingsStore& settings, std::fun
       m_bench(bench),
       m_settings(settings),
       m_chosen(std::move(chosen)) {
-  setWindowTitle(u"选择设备 (Headsets)"_s);
+  setTitle({u"选择设备"_s, u"Headsets"_s});
   createList();
   createNetwork();
   lblNotice = new Label(u"lblNotice"_s, this);
   busyStrip = new BusyStrip(this);
-  again = new Button(u"again"_s, u"刷新 (Refresh)"_s, u"再问一次 adb (Ask adb again)"_s, this);
-  use = new Button(u"use"_s, u"使用这台设备 (Use This One)"_s,
-                   u"本程序结束前只对它操作 (Until this program ends it works on no other)"_s, this);
-  done = new Button(u"done"_s, u"关闭 (Close)"_s, QString(), this);
+  again = new Button(u"again"_s, {u"刷新"_s, u"Refresh"_s}, {u"再问一次 adb"_s, u"Ask adb again"_s}, this);
+  use = new Button(u"use"_s, {u"使用这台设备"_s, u"Use This One"_s},
+                   {u"本程序结束前只对它操作"_s, u"Until this program ends it works on no other"_s}, this);
+  done = new Button(u"done"_s, {u"关闭"_s, u"Close"_s}, {}, this);
   QFont strong = use->font();
   strong.setBold(true);
   use->setFont(strong);
@@ -105,8 +109,11 @@ DeviceChooser::DeviceChooser(Workbench& bench, SettingsStore& settings, std::fun
 void DeviceChooser::createList() {
   devices = new QTableWidget(0, 3, this);
   devices->setObjectName(u"devices"_s);
-  devices->setAccessibleName(u"设备 (Devices)"_s);
-  devices->setHorizontalHeaderLabels({u"序列号 (Serial)"_s, u"型号 (Model)"_s, u"状态 (State)"_s});
+  worded(this, [this] {
+    devices->setAccessibleName(inFace(u"设备"_s, u"Devices"_s));
+    devices->setHorizontalHeaderLabels(
+        {inFace(u"序列号"_s, u"Serial"_s), inFace(u"型号"_s, u"Model"_s), inFace(u"状态"_s, u"State"_s)});
+  });
   devices->setSelectionBehavior(QAbstractItemView::SelectRows);
   devices->setSelectionMode(QAbstractItemView::SingleSelection);
   devices->setTabKeyNavigation(false);
@@ -124,21 +131,27 @@ void DeviceChooser::createList() {
   lblSteps->setWordWrap(true);
   lblSteps->setTextFormat(Qt::PlainText);
   lblSteps->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  worded(this, [this] {
+    const Bilingual steps = diagnose({.answer = u"List of devices attached\n"_s}).remedy;
+    lblSteps->setText(
+        Bilingual{steps.chinese, steps.english, steps.chinese + u"\n\n"_s + steps.english}.shown());
+  });
 }
 
 void DeviceChooser::createNetwork() {
-  network = new Frame(u"network"_s, u"无线 (Over the network)"_s, this);
-  overNetwork = new Button(u"overNetwork"_s, u"所选设备改用无线 (Use over Wi-Fi)"_s,
-                           u"让 USB 连接的头显在 Wi-Fi 上等待连接，直到它重启 (A headset on the cable then "
-                           u"waits on the Wi-Fi, until "
-                           "it is restarted)"_s,
+  network = new Frame(u"network"_s, {u"无线"_s, u"Over the network"_s}, this);
+  overNetwork = new Button(u"overNetwork"_s, {u"所选设备改用无线"_s, u"Use over Wi-Fi"_s},
+                           {u"让 USB 连接的头显在 Wi-Fi 上等待连接，直到它重启"_s,
+                            u"A headset on the cable then waits on the Wi-Fi, until it is restarted"_s},
                            network);
-  reconnect = new Button(u"reconnect"_s, u"连接用过的地址 (Reconnect)"_s,
-                         u"逐个尝试以前连上过的地址 (Tries the addresses that worked before)"_s, network);
-  address = edit(u"address"_s, u"地址:端口 (Address:port)"_s, network);
-  code = edit(u"code"_s, u"配对码 (Pairing code)"_s, network);
-  connectTo = new Button(u"connectTo"_s, u"连接 / 配对 (Connect / Pair)"_s,
-                         u"没有配对码时连接，有配对码时配对 (Connects; with a code it pairs)"_s, network);
+  reconnect =
+      new Button(u"reconnect"_s, {u"连接用过的地址"_s, u"Reconnect"_s},
+                 {u"逐个尝试以前连上过的地址"_s, u"Tries the addresses that worked before"_s}, network);
+  address = edit(u"address"_s, {u"地址:端口"_s, u"Address:port"_s}, network);
+  code = edit(u"code"_s, {u"配对码"_s, u"Pairing code"_s}, network);
+  connectTo =
+      new Button(u"connectTo"_s, {u"连接 / 配对"_s, u"Connect / Pair"_s},
+                 {u"没有配对码时连接，有配对码时配对"_s, u"Connects; with a code it pairs"_s}, network);
 }
 
 void DeviceChooser::resizeEvent(QResizeEvent* event) {
@@ -200,8 +213,6 @@ void DeviceChooser::list(const DeviceList& found) {
     if (device.serial == before) devices->selectRow(row);
   }
   if (marked().isEmpty() && devices->rowCount() > 0) devices->selectRow(0);
-  const Bilingual steps = diagnose({.answer = u"List of devices attached\n"_s}).remedy;
-  lblSteps->setText(steps.chinese + u"\n\n"_s + steps.english);
   lblSteps->setVisible(found.headed && found.devices.isEmpty());
   devices->setVisible(!lblSteps->isVisibleTo(this));
   showWhatCanBeDone();
@@ -251,7 +262,7 @@ QCoro::Task<> DeviceChooser::ask() {
   const DeviceList found = readDevices(reply);
   list(found);
   if (!found.headed && !m_bench.turn.stopped())
-    setNotice(u"adb 没有列出设备 (adb gave no list): "_s + tellingLine(reply));
+    setNotice(inFace(u"adb 没有列出设备"_s, u"adb gave no list"_s) + u": "_s + tellingLine(reply));
 }
 
 QCoro::Task<bool> DeviceChooser::connectAt(QString place, int tries) {
@@ -263,12 +274,12 @@ QCoro::Task<bool> DeviceChooser::connectAt(QString place, int tries) {
     if (!saysConnected(reply)) continue;
     remember(place);
     takeFor(place);
-    setNotice(u"已通过网络连接 (Connected over the network): "_s + place);
+    setNotice(inFace(u"已通过网络连接"_s, u"Connected over the network"_s) + u": "_s + place);
     co_return true;
   }
-  setNotice(m_bench.turn.stopped()
-                ? u"已停止 (Stopped)"_s
-                : u"没有连上 (Not connected): "_s + tellingLine(withoutServerNotes(reply)));
+  setNotice(m_bench.turn.stopped() ? inFace(u"已停止"_s, u"Stopped"_s)
+                                   : inFace(u"没有连上"_s, u"Not connected"_s) + u": "_s +
+                                         tellingLine(withoutServerNotes(reply)));
   co_return false;
 }
 
@@ -281,20 +292,22 @@ QCoro::Task<> DeviceChooser::overNetwork_Click() {
   const QString own = networkAddressIn(addresses);
   if (own.isEmpty()) {
     const QString words = tellingLine(addresses);
-    setNotice(u"头显没有连上 Wi-Fi (The headset is on no Wi-Fi)"_s +
+    setNotice(inFace(u"头显没有连上 Wi-Fi"_s, u"The headset is on no Wi-Fi"_s) +
               (words.contains(u"rror") ? u": "_s + words : QString()));
     co_return;
   }
   const QString reply = co_await m_bench.objDOS.ExecuteCommand(listenLine(host, serial));
   if (!saysListening(reply)) {
-    setNotice(u"头显没有照办 (The headset did not do it): "_s + tellingLine(withoutServerNotes(reply)));
+    setNotice(inFace(u"头显没有照办"_s, u"The headset did not do it"_s) + u": "_s +
+              tellingLine(withoutServerNotes(reply)));
     co_return;
   }
   const bool reached = co_await connectAt(own + u':' + networkPort, triesAfterListening);
   if (!reached) co_return;
   co_await ask();
-  setNotice(u"已通过网络连接，可以拔下数据线 (Connected over the network; you can unplug the cable): "_s +
-            own);
+  setNotice(
+      inFace(u"已通过网络连接，可以拔下数据线"_s, u"Connected over the network; you can unplug the cable"_s) +
+      u": "_s + own);
 }
 
 QCoro::Task<> DeviceChooser::reconnect_Click() {
@@ -315,9 +328,8 @@ QCoro::Task<> DeviceChooser::connectTo_Click() {
   const QString place = address->text().trimmed();
   const QString key = code->text().trimmed();
   if (!isNetworkAddress(place) || std::any_of(key.begin(), key.end(), [](QChar c) { return !c.isDigit(); })) {
-    setNotice(
-        u"请填写地址和端口，例如 192.168.1.57:5555；配对码只有数字 (Address and port, such as "
-        "192.168.1.57:5555; a code has digits only)"_s);
+    setNotice(inFace(u"请填写地址和端口，例如 192.168.1.57:5555；配对码只有数字"_s,
+                     u"Address and port, such as 192.168.1.57:5555; a code has digits only"_s));
     co_return;
   }
   const auto turn = m_bench.turn.begin();
@@ -331,13 +343,13 @@ QCoro::Task<> DeviceChooser::connectTo_Click() {
   }
   const QString reply = co_await m_bench.objDOS.ExecuteCommand(pairLine(Host::current(), place, key));
   if (saysPaired(reply)) {
-    setNotice(u"已配对，现在填写连接用的端口 (Paired; now give the port for connecting)"_s);
+    setNotice(inFace(u"已配对，现在填写连接用的端口"_s, u"Paired; now give the port for connecting"_s));
     code->clear();
   } else if (saysUnknownCommand(reply)) {
-    setNotice(
-        u"这个 adb 太旧，不能配对，需要 30 或更新的版本 (This adb is too old to pair: version 30 or later)"_s);
+    setNotice(inFace(u"这个 adb 太旧，不能配对，需要 30 或更新的版本"_s,
+                     u"This adb is too old to pair: version 30 or later"_s));
   } else {
-    setNotice(u"没有配对 (Not paired): "_s + tellingLine(withoutServerNotes(reply)));
+    setNotice(inFace(u"没有配对"_s, u"Not paired"_s) + u": "_s + tellingLine(withoutServerNotes(reply)));
   }
 }
 

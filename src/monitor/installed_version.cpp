@@ -5,14 +5,13 @@
 #include "adb/lines.h"
 #include "core/workbench.h"
 #include "monitor/installed_build.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
 namespace {
-
-const QString notInstalled = u"未安装"_s;
 
 /// The output of `dumpsys package`, or nothing for a name that must not reach the device's shell. Without a
 /// name the reply would be about all packages.
@@ -26,7 +25,7 @@ QCoro::Task<QString> askDevice(Workbench& bench, DOSOutputs& runner, QString pac
 /// Says why nothing is asked about a package of such a name.
 void sayUnfit(Workbench& bench, const QString& package) {
   if (!isFitPackageName(package))
-    bench.say(u"包名不能用于设备命令 (The package name cannot be used in a device command)"_s);
+    bench.say(inFace(u"包名不能用于设备命令"_s, u"The package name cannot be used in a device command"_s));
 }
 
 }  // namespace
@@ -42,13 +41,13 @@ QCoro::Task<bool> showInstalledBuildAtStart(Workbench& bench) {
   const BuildVerdict verdict = compareBuilds(number, state.package.versionCode());
   state.setInstalledBuild(verdict, number);
   if (verdict == BuildVerdict::NotInstalled) {
-    bench.console.setText(u"\r\n"_s + notInstalled + u"\r\n"_s);
+    bench.console.setText(u"\r\n"_s + designed(u"未安装") + u"\r\n"_s);
     state.setMayUninstall(false);
     sayUnfit(bench, package);
     co_return true;
   }
   if (verdict == BuildVerdict::Undecided) co_return false;
-  bench.console.setText(u"\r\n"_s + wordOf(verdict) + u" Buildnumber found\r\n"_s);
+  bench.console.setText(u"\r\n"_s + designed(u"%1 Buildnumber found").arg(wordOf(verdict)) + u"\r\n"_s);
   co_return true;
 }
 

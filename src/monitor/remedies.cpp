@@ -7,6 +7,7 @@
 #include "adb/lines.h"
 #include "core/workbench.h"
 #include "platform/tool_place.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,21 +20,19 @@ constexpr std::chrono::seconds longestRestart{15};
 /// What the user has to know where adb could not be put beside the program.
 QString tellPlacing(const ToolPlacing& placing) {
   using Outcome = ToolPlacing::Outcome;
-  QString told;
+  Bilingual told;
   if (placing.outcome == Outcome::NotThere) {
-    told =
-        u"这个文件夹里没有所需的文件。请选择 Android SDK Platform-Tools 的文件夹。\n\nThis folder does not "
-        u"have "
-        "what is needed. Choose the folder of the Android SDK Platform Tools."_s;
+    told = {
+        u"这个文件夹里没有所需的文件。请选择 Android SDK Platform-Tools 的文件夹。"_s,
+        u"This folder does not have what is needed. Choose the folder of the Android SDK Platform Tools."_s};
   } else if (placing.outcome == Outcome::NotRunnable) {
-    told = u"这个文件没有执行权限。\n\nYou may not run this file."_s;
+    told = {u"这个文件没有执行权限。"_s, u"You may not run this file."_s};
   } else {
-    told =
-        u"不能写入本程序的文件夹。请以管理员身份执行：\n\nYou may not write into the folder of this program. "
-        u"As "
-        "an administrator:"_s;
+    told = {u"不能写入本程序的文件夹。请以管理员身份执行："_s,
+            u"You may not write into the folder of this program. As an administrator:"_s};
   }
-  return told + u"\n\n"_s + placing.what;
+  told.both = told.chinese + u"\n\n"_s + told.english;
+  return told.shown() + u"\n\n"_s + placing.what;
 }
 
 }  // namespace
@@ -69,7 +68,7 @@ void Remedies::carryOut(ConnectionAction action) {
 
 QCoro::Task<> Remedies::ChooseToolFolder() {
   const QString folder =
-      co_await m_bench.desktop.askFolder(u"adb 所在的文件夹 (The folder that adb is in)"_s);
+      co_await m_bench.desktop.askFolder(inFace(u"adb 所在的文件夹"_s, u"The folder that adb is in"_s));
   if (folder.isEmpty()) co_return;
   const ToolPlacing placing = placeTool(folder, QCoreApplication::applicationDirPath());
   if (placing.outcome == ToolPlacing::Outcome::Placed) {

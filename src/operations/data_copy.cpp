@@ -10,6 +10,7 @@
 #include "operations/backup_paths.h"
 #include "operations/local_copy.h"
 #include "operations/safe_pull.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -44,9 +45,9 @@ QCoro::Task<> DataCopy::mnu_NonRootBackup_Click() {
   task.line = pullLine(host, task.remotePath, folder);
   const PullOutcome outcome = co_await pullSafely(m_menu, task);
   const bool noFiles = saysNoFiles(m_menu.LastReply);
-  if (noFiles) co_await m_menu.showInformation(u"找不到应用数据"_s, u"Error"_s);
+  if (noFiles) co_await m_menu.showInformation(designed(u"找不到应用数据"), designed(u"Error"));
   if (saysRemoteMissing(m_menu.LastReply)) {
-    co_await m_menu.showInformation(u"找不到应用程序数据！"_s, u"Error"_s);
+    co_await m_menu.showInformation(designed(u"找不到应用程序数据！"), designed(u"Error"));
     if (!outcome.asBefore) co_await m_menu.showError(failureText(m_menu, outcome));
     co_return;
   }
@@ -56,7 +57,7 @@ QCoro::Task<> DataCopy::mnu_NonRootBackup_Click() {
   QStringList news;
   // The box about missing data also comes if the number of files ends in 0.
   if (outcome.complete && outcome.notes.isEmpty() && outcome.copied.files > 0)
-    news << u"✓ 应用数据已备份 (The app's data is backed up): "_s +
+    news << u"✓ "_s + inFace(u"应用数据已备份"_s, u"The app's data is backed up"_s) + u": "_s +
                 figures(outcome.copied.files, outcome.copied.bytes, true);
   news << outcome.keptText(PullOutcome::Names::Short);
   m_menu.window().sayOutcome(news);
@@ -65,11 +66,11 @@ QCoro::Task<> DataCopy::mnu_NonRootBackup_Click() {
 /// Returns the folder that the copy goes to; empty if the user chose none.
 QCoro::Task<QString> DataCopy::askDestination(QString package) {
   for (;;) {
-    const QString folder = co_await m_menu.desktop().askFolder(u"Select destination Folder"_s);
+    const QString folder = co_await m_menu.desktop().askFolder(designed(u"Select destination Folder"));
     if (folder.isEmpty()) co_return QString();
     if (!FolderExists(folder)) {
       // adb would give the copy this folder's name instead of the package's.
-      co_await m_menu.showError(u"没有这个文件夹 (There is no such folder): "_s + folder);
+      co_await m_menu.showError(inFace(u"没有这个文件夹"_s, u"There is no such folder"_s) + u": "_s + folder);
       co_return QString();
     }
     const bool may = co_await m_menu.mayCopyTo(placeIn(folder, package), CopyKind::Data);
@@ -83,24 +84,24 @@ QCoro::Task<> DataCopy::mnu_Restore_Click() {
   const QString package = m_menu.window().SelectedPackage();
   const bool usable = co_await m_menu.isUsable(package);
   if (!usable) co_return;
-  const QString chosen = co_await m_menu.desktop().askFolder(u"选择包含备份数据的文件夹"_s);
+  const QString chosen = co_await m_menu.desktop().askFolder(designed(u"选择包含备份数据的文件夹"));
   if (chosen.isEmpty()) co_return;
   const QString copy = placeIn(restoreFolder(chosen, package, HostStyle::native()), package);
   // Another run may have died, or be copying, since this one started.
   settleCopies(m_menu.bench());
   if (!FolderExists(copy)) {
-    co_await m_menu.showError(u"没有找到备份！"_s);
+    co_await m_menu.showError(designed(u"没有找到备份！"));
     co_return;
   }
   if (isUnderway(copy)) {
-    co_await m_menu.showError(copyUnderway.joined() + u"\r\n"_s + copy);
+    co_await m_menu.showError(copyUnderway.shown() + u"\r\n"_s + copy);
     co_return;
   }
   if (copyKindAt(copy) == CopyKind::ExpansionFiles) {
     co_await m_menu.showError(
-        u"这是 OBB 备份，不是应用数据，什么都没有还原 (This is a backup of OBB files, not of the app's data: "
-        "nothing was restored)\r\n"_s +
-        copy);
+        inFace(u"这是 OBB 备份，不是应用数据，什么都没有还原"_s,
+               u"This is a backup of OBB files, not of the app's data: nothing was restored"_s) +
+        u"\r\n"_s + copy);
     co_return;
   }
   const bool may = co_await isTakenForData(copy);
@@ -108,8 +109,9 @@ QCoro::Task<> DataCopy::mnu_Restore_Click() {
   co_await push(package, copy);
   QString told = m_menu.told();
   if (m_menu.bench().turn.stopped())
-    told = u"还原没有完成，请再做一次 (The restore is not complete: repeat it)\r\n"_s + told;
-  co_await m_menu.showInformation(told, u"备份还原"_s);
+    told =
+        inFace(u"还原没有完成，请再做一次"_s, u"The restore is not complete: repeat it"_s) + u"\r\n"_s + told;
+  co_await m_menu.showInformation(told, designed(u"备份还原"));
 }
 
 /// Expansion files need not be called `.obb`; the data of nearly all apps lies in subfolders. Where the
@@ -120,10 +122,11 @@ QCoro::Task<bool> DataCopy::isTakenForData(QString copy) {
   if (folder.isEmpty(QDir::Files | all) || !folder.isEmpty(QDir::Dirs | all)) co_return true;
   MessageBox box;
   box.text =
-      u"这里只有文件，没有子文件夹，也可能是 OBB 备份。\r\n作为应用数据还原吗？\r\n\r\n(There are only files "
-      u"here and "
-      "no subfolders, so this may also be a backup of OBB files. Restore it as the app's data?)\r\n"_s +
-      copy;
+      inFace(
+          u"这里只有文件，没有子文件夹，也可能是 OBB 备份。\r\n作为应用数据还原吗？\r\n"_s,
+          u"There are only files here and no subfolders, so this may also be a backup of OBB files. Restore it as the app\'s data?\r\n"_s,
+          u"这里只有文件，没有子文件夹，也可能是 OBB 备份。\r\n作为应用数据还原吗？\r\n\r\n(There are only files here and no subfolders, so this may also be a backup of OBB files. Restore it as the app\'s data?)"_s) +
+      u"\r\n"_s + copy;
   box.icon = BoxIcon::Warning;
   box.buttons = BoxButtons::YesNo;
   box.preselected = BoxAnswer::No;

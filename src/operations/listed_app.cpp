@@ -6,6 +6,7 @@
 #include "adb/lines.h"
 #include "adb/outcome.h"
 #include "adb/replies.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,8 +37,8 @@ QCoro::Task<> ListedApp::mnu_uninstall_Click() {
   const QString package = m_menu.window().SelectedPackage();
   if (cell == m_LastUninstalled) {
     MessageBox box;
-    box.text = u"APK already uninstalled"_s;
-    box.title = u"Info"_s;
+    box.text = designed(u"APK already uninstalled");
+    box.title = designed(u"Info");
     co_await m_menu.showBox(box);
     co_return;
   }
@@ -53,8 +54,8 @@ QCoro::Task<> ListedApp::mnu_uninstall_Click() {
     co_return;
   }
   MessageBox box;
-  box.text = u"成功，APK已卸载"_s;
-  box.title = u"Info"_s;
+  box.text = designed(u"成功，APK已卸载");
+  box.title = designed(u"Info");
   co_await m_menu.showBox(box);
 }
 

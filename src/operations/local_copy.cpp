@@ -11,6 +11,7 @@
 #include "operations/backup_paths.h"
 #include "platform/file_mark.h"
 #include "platform/file_moves.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -85,12 +86,13 @@ QString LocalCopy::begin() {
   // After our own note is written: if two begin at the same moment, each sees the other's.
   QString problem;
   if (isUnderway(place)) {
-    problem =
-        u"这里还有一次没有结束的备份，没有开始备份 (Another backup to this place has not ended; none was "
-        "begun): "_s;
+    problem = inFace(u"这里还有一次没有结束的备份，没有开始备份"_s,
+                     u"Another backup to this place has not ended; none was begun"_s) +
+              u": "_s;
   } else if (exists() && !renameNoReplace(m_place, aside)) {
-    problem =
-        u"原有的文件不能改名，没有开始备份 (The earlier copy cannot be renamed; no backup was begun): "_s;
+    problem = inFace(u"原有的文件不能改名，没有开始备份"_s,
+                     u"The earlier copy cannot be renamed; no backup was begun"_s) +
+              u": "_s;
   } else {
     m_earlier = aside;
     m_noted[stepKey] = stepSetAside;
@@ -145,20 +147,23 @@ QCoro::Task<QString> LocalCopy::undo() {
     partial = renamePartial(m_place);
   }
   if (exists()) {
-    notes += u"不完整 (This is not complete): "_s + m_place + u"\r\n"_s;
+    notes += inFace(u"不完整"_s, u"This is not complete"_s) + u": "_s + m_place + u"\r\n"_s;
   } else if (!partial.isEmpty()) {
-    notes += u"不完整的部分保存为 (What came is not complete, and is now named): "_s + partial + u"\r\n"_s;
+    notes += inFace(u"不完整的部分保存为"_s, u"What came is not complete, and is now named"_s) + u": "_s +
+             partial + u"\r\n"_s;
   }
   const bool halfStays = exists();
   m_asBefore = notes.isEmpty();
   if (m_earlier.isEmpty()) {
     // Nothing to bring back.
   } else if (renameNoReplace(m_earlier, m_place)) {
-    notes += u"原有的备份没有改变 (The earlier copy is unchanged): "_s + m_place + u"\r\n"_s;
+    notes +=
+        inFace(u"原有的备份没有改变"_s, u"The earlier copy is unchanged"_s) + u": "_s + m_place + u"\r\n"_s;
     m_earlier.clear();
   } else {
     m_asBefore = false;
-    notes += u"原有的备份现在是 (The earlier copy is now named): "_s + m_earlier + u"\r\n"_s;
+    notes +=
+        inFace(u"原有的备份现在是"_s, u"The earlier copy is now named"_s) + u": "_s + m_earlier + u"\r\n"_s;
   }
   if (halfStays) {
     m_note.abandon();
@@ -186,29 +191,29 @@ Settled LocalCopy::settle(const QJsonObject& note) {
     if (!isHalf) {
       return {
           false,
-          u"上次运行中断时正在备份到这里，这是什么无法确定，请查看后改名或移走 (An earlier run was cut short "
-          "while it made a backup here. What this is cannot be told; please look, and rename or move it): "_s +
-              place};
+          inFace(
+              u"上次运行中断时正在备份到这里，这是什么无法确定，请查看后改名或移走"_s,
+              u"An earlier run was cut short while it made a backup here. What this is cannot be told; please look, and rename or move it"_s) +
+              u": "_s + place};
     }
     const QString partial = renamePartial(place);
     if (partial.isEmpty()) {
-      return {
-          false,
-          u"上次运行中断，这个备份不完整 (An earlier run was cut short; this backup is not complete): "_s +
-              place};
+      return {false, inFace(u"上次运行中断，这个备份不完整"_s,
+                            u"An earlier run was cut short; this backup is not complete"_s) +
+                         u": "_s + place};
     }
-    words << u"上次运行中断，备份没有完成，已有的部分保存为 (An earlier run was cut short; its backup is not "
-             "complete, and is now named): "_s +
-                 partial;
+    words << inFace(u"上次运行中断，备份没有完成，已有的部分保存为"_s,
+                    u"An earlier run was cut short; its backup is not complete, and is now named"_s) +
+                 u": "_s + partial;
   }
   if (hasEarlier && (wasSetAside || fileMark(earlier) == mark || isAlike(earlier, mark))) {
     const bool isBack = renameNoReplace(earlier, place);
-    words
-        << (isBack
-                ? u"上次运行中断，原有的备份已恢复 (An earlier run was cut short; the earlier copy is back): "_s +
-                      place
-                : u"上次运行中断，原有的备份现在是 (An earlier run was cut short; the earlier copy is now named): "_s +
-                      earlier);
+    words << (isBack ? inFace(u"上次运行中断，原有的备份已恢复"_s,
+                              u"An earlier run was cut short; the earlier copy is back"_s) +
+                           u": "_s + place
+                     : inFace(u"上次运行中断，原有的备份现在是"_s,
+                              u"An earlier run was cut short; the earlier copy is now named"_s) +
+                           u": "_s + earlier);
   }
   return {true, words.join(u"\r\n"_s)};
 }

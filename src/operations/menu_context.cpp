@@ -4,6 +4,7 @@
 
 #include "adb/device_names.h"
 #include "adb/replies.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,7 +26,8 @@ QCoro::Task<bool> MenuContext::isUsable(QString package) {
     const bool goesOn = co_await isHeadsetOfList(m_window.answering());
     co_return goesOn;
   }
-  co_await showError(u"包名不可用，什么都没有做 (No usable package name: nothing was done): "_s + package);
+  co_await showError(inFace(u"包名不可用，什么都没有做"_s, u"No usable package name: nothing was done"_s) +
+                     u": "_s + package);
   co_return false;
 }
 
@@ -34,10 +36,11 @@ QCoro::Task<bool> MenuContext::isHeadsetOfList(HeadsetIdentity answering) {
   if (!m_window.isOfAnotherHeadset()) co_return true;
   MessageBox box;
   box.text =
-      u"这个列表来自另一台头显 (The list is of another headset)\r\n\r\n列表 (list): %1\r\n现在 (now): "
-      u"%2\r\n\r\n"
-      "对现在的头显继续吗？ (Go on with the one that answers now?)"_s.arg(m_window.headset().name(),
-                                                                          answering.name());
+      inFace(
+          u"这个列表来自另一台头显\r\n\r\n列表：%1\r\n现在：%2\r\n\r\n对现在的头显继续吗？"_s,
+          u"The list is of another headset\r\n\r\nList: %1\r\nNow: %2\r\n\r\nGo on with the one that answers now?"_s,
+          u"这个列表来自另一台头显 (The list is of another headset)\r\n\r\n列表 (list): %1\r\n现在 (now): %2\r\n\r\n对现在的头显继续吗？ (Go on with the one that answers now?)"_s)
+          .arg(m_window.headset().name(), answering.name());
   box.icon = BoxIcon::Warning;
   box.buttons = BoxButtons::YesNo;
   box.preselected = BoxAnswer::No;
@@ -48,10 +51,10 @@ QCoro::Task<bool> MenuContext::isHeadsetOfList(HeadsetIdentity answering) {
 QString MenuContext::told() const {
   const bool silent = LastReply.trimmed().isEmpty();
   if (m_bench.turn.stopped()) {
-    const QString stopped = u"已停止 (Stopped)"_s;
+    const QString stopped = inFace(u"已停止"_s, u"Stopped"_s);
     return silent ? stopped : stopped + u"\r\n"_s + LastReply;
   }
-  return silent ? u"设备没有回答 (The headset gave no answer)"_s : LastReply;
+  return silent ? inFace(u"设备没有回答"_s, u"The headset gave no answer"_s) : LastReply;
 }
 
 QCoro::Task<BoxAnswer> MenuContext::showBox(MessageBox box) {
@@ -80,14 +83,17 @@ QCoro::Task<bool> MenuContext::mayCopyTo(QString place, CopyKind kind) {
   const CopyKind there = copyKindAt(place);
   if (there == CopyKind::Nothing || there == kind) co_return true;
   QString what;
-  if (there == CopyKind::File) what = u"这里有一个同名的文件 (There is a file of this name here)"_s;
+  if (there == CopyKind::File)
+    what = inFace(u"这里有一个同名的文件"_s, u"There is a file of this name here"_s);
   if (there == CopyKind::ExpansionFiles)
-    what = u"这里似乎已有这个应用的 OBB 备份 (There seems to be a backup of this app's OBB files here)"_s;
+    what = inFace(u"这里似乎已有这个应用的 OBB 备份"_s,
+                  u"There seems to be a backup of this app's OBB files here"_s);
   if (there == CopyKind::Data)
-    what = u"这里似乎已有这个应用的数据备份 (There seems to be a backup of this app's data here)"_s;
+    what =
+        inFace(u"这里似乎已有这个应用的数据备份"_s, u"There seems to be a backup of this app's data here"_s);
   co_await showError(
-      what + u"\r\n"_s + place +
-      u"\r\n\r\n两者同名，请换一个文件夹 (Both bear the same name: please take another folder)"_s);
+      what + u"\r\n"_s + place + u"\r\n\r\n"_s +
+      inFace(u"两者同名，请换一个文件夹"_s, u"Both bear the same name: please take another folder"_s));
   co_return false;
 }
 

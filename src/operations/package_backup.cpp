@@ -9,6 +9,7 @@
 #include "core/paths.h"
 #include "operations/backup_paths.h"
 #include "operations/safe_pull.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +17,7 @@ namespace orvanta {
 
 namespace {
 
-const QString dialogTitle = u"Save extracted APK as"_s;
+constexpr Designed dialogTitle(u"Save extracted APK as");
 
 }  // namespace
 
@@ -30,7 +31,7 @@ QCoro::Task<> PackageBackup::mnu_backup_apk_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString package = m_menu.window().SelectedPackage();
-  const QString target = co_await savePackage(package, u"Error"_s, false);
+  const QString target = co_await savePackage(package, designed(u"Error"), false);
   if (!target.isEmpty()) presentBackup(target);
 }
 
@@ -38,7 +39,7 @@ QCoro::Task<> PackageBackup::mnu_backup_apk_obb_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
   const QString package = m_menu.window().SelectedPackage();
-  co_await m_menu.showInformation(u"请稍候，这可能需要一段时间..."_s, u"Chill"_s);
+  co_await m_menu.showInformation(designed(u"请稍候，这可能需要一段时间..."), designed(u"Chill"));
   const QString target = co_await savePackage(package, u"Orvanta"_s, true);
   if (target.isEmpty()) co_return;
   co_await saveExpansionFiles(package, target);
@@ -67,10 +68,10 @@ QCoro::Task<QString> PackageBackup::savePackage(QString package, QString pathErr
   if (!namesPackageFile(reply)) {
     const bool silent = reply.trimmed().isEmpty() && !m_menu.bench().turn.stopped();
     // This is how the device says that it does not have the package.
-    const QString text =
-        silent
-            ? u"设备上没有这个应用，或没有回答 (The headset has no such app, or gave no answer): "_s + package
-            : m_menu.told();
+    const QString text = silent ? inFace(u"设备上没有这个应用，或没有回答"_s,
+                                         u"The headset has no such app, or gave no answer"_s) +
+                                      u": "_s + package
+                                : m_menu.told();
     co_await m_menu.showError(text, pathErrorTitle);
     if (m_menu.bench().turn.stopped()) co_return QString();
   }
@@ -84,8 +85,8 @@ QCoro::Task<QString> PackageBackup::savePackage(QString package, QString pathErr
   task.place = target;
   const PullOutcome outcome = co_await pullSafely(m_menu, task);
   if (outcome.complete) {
-    m_news << u"✓ 已备份 (Backed up): "_s + QFileInfo(target).fileName() + u", "_s +
-                  figures(1, outcome.copied.bytes, false);
+    m_news << u"✓ "_s + inFace(u"已备份"_s, u"Backed up"_s) + u": "_s + QFileInfo(target).fileName() +
+                  u", "_s + figures(1, outcome.copied.bytes, false);
     if (!outcome.notes.isEmpty()) m_news << outcome.notes.trimmed();
     noteKept(outcome);
     co_return QString(target);
@@ -93,16 +94,16 @@ QCoro::Task<QString> PackageBackup::savePackage(QString package, QString pathErr
   QString text = failureText(m_menu, outcome);
   const qsizetype files = reply.count("package:"_L1);
   if (files > 1)
-    text.prepend(
-        u"这个应用由 %1 个文件组成，“全部备份”可以保存它们 (This app has %1 files; \"Back up everything\" "
-        u"saves "
-        "them)\r\n\r\n"_s.arg(files));
+    text.prepend((inFace(u"这个应用由 %1 个文件组成，“全部备份”可以保存它们"_s,
+                         u"This app has %1 files; \"Back up everything\" saves them"_s) +
+                  u"\r\n\r\n"_s)
+                     .arg(files));
   co_await m_menu.showError(text);
   co_return QString();
 }
 
 QCoro::Task<> PackageBackup::saveExpansionFiles(QString package, QString target) {
-  const QString none = u"头显上没有 OBB (no OBB files on the headset)"_s;
+  const QString none = inFace(u"头显上没有 OBB"_s, u"no OBB files on the headset"_s);
   if (m_noExpansionFiles) {
     m_news << none;
     co_return;
@@ -127,7 +128,7 @@ QCoro::Task<> PackageBackup::saveExpansionFiles(QString package, QString target)
 QCoro::Task<QString> PackageBackup::SaveApkDialog(QString DefaultName, QString InitialFolder,
                                                   QString folderName) {
   SaveFileQuestion question;
-  question.title = dialogTitle;
+  question.title = dialogTitle.shown();
   question.suggestedPath = InitialFolder + DefaultName;
   question.filters = QStringList{u"Android apk (*.apk)"_s};
   for (;;) {
@@ -151,12 +152,13 @@ QCoro::Task<bool> PackageBackup::maySave(QString target, QString folderName) {
   const QFileInfo info(target);
   QString problem;
   if (!info.dir().exists()) {
-    problem = u"没有这个文件夹 (There is no such folder): "_s + ParentPath(target);
+    problem = inFace(u"没有这个文件夹"_s, u"There is no such folder"_s) + u": "_s + ParentPath(target);
   } else if (info.isDir()) {
-    problem = u"这是一个文件夹 (This is a folder): "_s + target;
+    problem = inFace(u"这是一个文件夹"_s, u"This is a folder"_s) + u": "_s + target;
   } else if (!folderName.isEmpty() && info.fileName().compare(folderName, Qt::CaseInsensitive) == 0) {
-    problem = u"这个名称留给 OBB 文件夹，请换一个 (The OBB folder gets this name, please take another): "_s +
-              info.fileName();
+    problem = inFace(u"这个名称留给 OBB 文件夹，请换一个"_s,
+                     u"The OBB folder gets this name, please take another"_s) +
+              u": "_s + info.fileName();
   }
   if (!problem.isEmpty()) {
     co_await m_menu.showError(problem);
@@ -174,8 +176,10 @@ QCoro::Task<bool> PackageBackup::maySave(QString target, QString folderName) {
   }
   if (!info.exists() && !info.isSymLink()) co_return true;
   MessageBox box;
-  box.title = dialogTitle;
-  box.text = info.fileName() + u" 已存在。\r\n要替换它吗？\r\n\r\n(The file exists already. Replace it?)"_s;
+  box.title = dialogTitle.shown();
+  box.text = info.fileName() + u' ' +
+             inFace(u"已存在。\r\n要替换它吗？"_s, u"exists already.\r\nReplace it?"_s,
+                    u"已存在。\r\n要替换它吗？\r\n\r\n(The file exists already. Replace it?)"_s);
   box.icon = BoxIcon::Warning;
   box.buttons = BoxButtons::YesNo;
   const BoxAnswer answer = co_await m_menu.showBox(box);

@@ -10,6 +10,7 @@
 #include "operations/local_copy.h"
 #include "platform/awaited.h"
 #include "platform/file_sync.h"
+#include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
 
@@ -51,14 +52,14 @@ QCoro::Task<bool> isOnDisk(QString place) {
 /// The text for a failed pull about which the tool said nothing.
 QString silence(const MenuContext& menu) {
   if (menu.LastReply.trimmed().isEmpty()) return menu.told();
-  return u"传输中断了，adb 没有说原因 (The transfer broke off; adb did not say why)"_s;
+  return inFace(u"传输中断了，adb 没有说原因"_s, u"The transfer broke off; adb did not say why"_s);
 }
 
 }  // namespace
 
 QString figures(qint64 files, qint64 bytes, bool isFolder) {
-  const QString size = QString::number(bytes) + u" bytes"_s;
-  return isFolder ? QString::number(files) + u" files, "_s + size : size;
+  const QString size = inFace(u"%1 字节"_s, u"%1 bytes"_s, u"%1 bytes"_s).arg(bytes);
+  return isFolder ? inFace(u"%1 个文件，"_s, u"%1 files, "_s, u"%1 files, "_s).arg(files) + size : size;
 }
 
 void settleCopies(Workbench& bench) {
@@ -103,24 +104,26 @@ QCoro::Task<PullOutcome> pullSafely(MenuContext& menu, PullTask task) {
     const bool comparable = expected.answered && (expected.known() || expected.files > 0);
     if (comparable && !isSame(expected, here)) {
       outcome.complete = false;
-      outcome.notes = u"大小不一致 (The sizes differ)\r\n设备 (headset): "_s +
-                      figures(expected.files, expected.bytes, task.isFolder) + u"\r\n备份 (backup): "_s +
+      outcome.notes = inFace(u"大小不一致"_s, u"The sizes differ"_s) + u"\r\n"_s +
+                      inFace(u"设备"_s, u"headset"_s) + u": "_s +
+                      figures(expected.files, expected.bytes, task.isFolder) + u"\r\n"_s +
+                      inFace(u"备份"_s, u"backup"_s) + u": "_s +
                       figures(here.files, here.bytes, task.isFolder) + u"\r\n"_s;
     } else if (comparable && !expected.known()) {
-      outcome.notes =
-          u"设备上有读不到的内容，备份里没有 (The headset does not let some of it be read; the "
-          "backup lacks that):\r\n"_s +
-          expected.complaints;
+      outcome.notes = inFace(u"设备上有读不到的内容，备份里没有"_s,
+                             u"The headset does not let some of it be read; the backup lacks that"_s) +
+                      u":\r\n"_s + expected.complaints;
     } else if (!comparable) {
       compared = false;
-      outcome.notes = u"大小无法核对 (The size could not be compared)\r\n"_s;
+      outcome.notes = inFace(u"大小无法核对"_s, u"The size could not be compared"_s) + u"\r\n"_s;
     }
   }
   if (outcome.complete) {
     const bool synced = co_await isOnDisk(task.place);
     if (!synced) {
       outcome.complete = false;
-      outcome.notes += u"没有全部写到磁盘上 (Not all of it was written to the disk)\r\n"_s;
+      outcome.notes +=
+          inFace(u"没有全部写到磁盘上"_s, u"Not all of it was written to the disk"_s) + u"\r\n"_s;
     }
   }
   if (!outcome.complete) {
@@ -144,12 +147,12 @@ QString PullOutcome::keptText(Names names) const {
   };
   QStringList lines;
   if (!kept.earlier.isEmpty())
-    lines << u"原有的备份保存为 (The earlier copy is kept as): "_s + named(kept.earlier);
-  if (kept.binned) lines << u"更早的一份在回收站 (the one before it: waste bin)"_s;
+    lines << inFace(u"原有的备份保存为"_s, u"The earlier copy is kept as"_s) + u": "_s + named(kept.earlier);
+  if (kept.binned) lines << inFace(u"更早的一份在回收站"_s, u"the one before it: waste bin"_s);
   if (!kept.couldNotBin.isEmpty())
-    lines
-        << u"更早的一份放不进回收站，仍在 (the one before it could not go to the waste bin and is still): "_s +
-               named(kept.couldNotBin);
+    lines << inFace(u"更早的一份放不进回收站，仍在"_s,
+                    u"the one before it could not go to the waste bin and is still"_s) +
+                 u": "_s + named(kept.couldNotBin);
   return lines.join(newsSeparator);
 }
 
@@ -159,8 +162,9 @@ QString failureText(const MenuContext& menu, const PullOutcome& outcome) {
   const bool toldAll = outcome.notes.isEmpty() && words == menu.LastReply.trimmed();
   if (toldAll && !stopped) return menu.told();
   QString text;
-  if (stopped) text += u"已停止 (Stopped)\r\n"_s;
-  if (outcome.begun && !outcome.complete) text += u"备份没有完成 (The backup is not complete)\r\n"_s;
+  if (stopped) text += inFace(u"已停止"_s, u"Stopped"_s) + u"\r\n"_s;
+  if (outcome.begun && !outcome.complete)
+    text += inFace(u"备份没有完成"_s, u"The backup is not complete"_s) + u"\r\n"_s;
   text += outcome.notes;
   if (!words.isEmpty()) {
     text += u"\r\n"_s + words;

@@ -11,6 +11,7 @@
 #include "backups/app_backup.h"
 #include "core/paths.h"
 #include "operations/safe_pull.h"
+#include "text/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,7 +43,7 @@ WholeBackups::WholeBackups(MenuContext& menu) : m_menu(menu) {
 QCoro::Task<QString> WholeBackups::askFolder(QString title) {
   const QString folder = co_await m_menu.desktop().askFolder(title);
   if (folder.isEmpty() || FolderExists(folder)) co_return QString(folder);
-  co_await m_menu.showError(u"没有这个文件夹 (There is no such folder): "_s + folder);
+  co_await m_menu.showError(inFace(u"没有这个文件夹"_s, u"There is no such folder"_s) + u": "_s + folder);
   co_return QString();
 }
 
@@ -52,7 +53,8 @@ QCoro::Task<QList<SavedApp>> WholeBackups::askBackups(QString title) {
   if (folder.isEmpty()) co_return found;
   settleCopies(m_menu.bench());
   found = savedAppsIn(folder);
-  if (found.isEmpty()) co_await m_menu.showError(u"这里没有备份 (There is no backup here): "_s + folder);
+  if (found.isEmpty())
+    co_await m_menu.showError(inFace(u"这里没有备份"_s, u"There is no backup here"_s) + u": "_s + folder);
   co_return found;
 }
 
@@ -65,7 +67,7 @@ QCoro::Task<std::optional<HeadsetIdentity>> WholeBackups::askHeadset() {
   if (m_menu.bench().turn.stopped()) co_return headset;
   if (answering.serial.isEmpty()) {
     QString words = tellingLine(reply);
-    if (words.isEmpty()) words = u"设备没有回答 (The headset gave no answer)"_s;
+    if (words.isEmpty()) words = inFace(u"设备没有回答"_s, u"The headset gave no answer"_s);
     co_await m_menu.showError(words);
     co_return headset;
   }
@@ -79,9 +81,11 @@ QCoro::Task<bool> WholeBackups::hasRoom(QString folder, qint64 bytes) {
   if (!disk.isValid() || disk.bytesAvailable() >= bytes) co_return true;
   MessageBox box;
   box.text =
-      u"电脑磁盘的空间可能不够：需要约 %1，可用 %2。\r\n能放下的仍会备份。继续吗？\r\n\r\n"
-      "(There may be too little room on this computer's disk. What fits is backed up. Go on?)"_s.arg(
-          readableSize(bytes), readableSize(disk.bytesAvailable()));
+      inFace(
+          u"电脑磁盘的空间可能不够：需要约 %1，可用 %2。\r\n能放下的仍会备份。继续吗？"_s,
+          u"There may be too little room on this computer\'s disk: about %1 needed, %2 free.\r\nWhat fits is backed up. Go on?"_s,
+          u"电脑磁盘的空间可能不够：需要约 %1，可用 %2。\r\n能放下的仍会备份。继续吗？\r\n\r\n(There may be too little room on this computer\'s disk. What fits is backed up. Go on?)"_s)
+          .arg(readableSize(bytes), readableSize(disk.bytesAvailable()));
   box.icon = BoxIcon::Warning;
   box.buttons = BoxButtons::YesNo;
   box.preselected = BoxAnswer::No;
@@ -111,10 +115,10 @@ QCoro::Task<> WholeBackups::cmdBackup_Click() {
   if (!turn) co_return;
   const QList<ChosenApp> chosen = m_menu.window().chosenApps();
   if (chosen.isEmpty()) {
-    co_await m_menu.showInformation(u"没有选择应用 (No app is chosen)"_s, u"Info"_s);
+    co_await m_menu.showInformation(inFace(u"没有选择应用"_s, u"No app is chosen"_s), designed(u"Info"));
     co_return;
   }
-  const QString title = u"全部备份 (Back up everything): "_s + someOf(chosen);
+  const QString title = inFace(u"全部备份"_s, u"Back up everything"_s) + u": "_s + someOf(chosen);
   const QString folder = co_await askFolder(title);
   if (folder.isEmpty()) co_return;
   const auto headset = co_await askHeadset();
@@ -142,14 +146,14 @@ QCoro::Task<> WholeBackups::cmdBackup_Click() {
     return outcome.kind == BackupOutcome::Kind::Saved;
   });
   if (any) m_menu.presentFolder(folder);
-  co_await tell(u"已备份 (backed up)"_s, apps.size(), told);
+  co_await tell(inFace(u"已备份"_s, u"backed up"_s), apps.size(), told);
 }
 
 QCoro::Task<> WholeBackups::cmdRestore_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
-  const QList<SavedApp> backups =
-      co_await askBackups(u"选择一个备份，或放备份的文件夹 (Choose a backup, or the folder that has them)"_s);
+  const QList<SavedApp> backups = co_await askBackups(
+      inFace(u"选择一个备份，或放备份的文件夹"_s, u"Choose a backup, or the folder that has them"_s));
   if (backups.isEmpty()) co_return;
   const auto headset = co_await askHeadset();
   if (!headset) co_return;
@@ -163,18 +167,18 @@ QCoro::Task<> WholeBackups::cmdRestore_Click() {
   if (outcomes.isEmpty()) co_return;
   if (std::any_of(outcomes.begin(), outcomes.end(), [](const RestoreOutcome& one) { return one.good; }))
     m_menu.desktop().Beep();
-  co_await tell(u"已还原 (restored)"_s, run.count(), outcomes);
+  co_await tell(inFace(u"已还原"_s, u"restored"_s), run.count(), outcomes);
 }
 
 QCoro::Task<> WholeBackups::cmdCheck_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
-  const QList<SavedApp> backups = co_await askBackups(
-      u"选择要检查的备份，或放备份的文件夹 (Choose a backup to check, or the folder that has them)"_s);
+  const QList<SavedApp> backups = co_await askBackups(inFace(
+      u"选择要检查的备份，或放备份的文件夹"_s, u"Choose a backup to check, or the folder that has them"_s));
   if (backups.isEmpty()) co_return;
   RestoreRun run(m_menu.bench(), *m_menu.window().objDOS);
   const QList<RestoreOutcome> outcomes = co_await run.check(backups);
-  co_await tell(u"完好 (sound)"_s, backups.size(), outcomes);
+  co_await tell(inFace(u"完好"_s, u"sound"_s), backups.size(), outcomes);
 }
 
 QCoro::Task<> WholeBackups::cmdUninstall_Click() {
@@ -182,15 +186,17 @@ QCoro::Task<> WholeBackups::cmdUninstall_Click() {
   if (!turn) co_return;
   const QList<ChosenApp> chosen = m_menu.window().chosenApps();
   if (chosen.isEmpty()) {
-    co_await m_menu.showInformation(u"没有选择应用 (No app is chosen)"_s, u"Info"_s);
+    co_await m_menu.showInformation(inFace(u"没有选择应用"_s, u"No app is chosen"_s), designed(u"Info"));
     co_return;
   }
   const auto headset = co_await askHeadset();
   if (!headset) co_return;
   MessageBox box;
-  box.title = u"卸载"_s;
-  box.text = u"卸载这 %1 个应用，连同它们的数据？\r\n(Uninstall these apps with their data?)\r\n"_s.arg(
-      chosen.size());
+  box.title = designed(u"卸载");
+  box.text =
+      inFace(u"卸载这 %1 个应用，连同它们的数据？\r\n"_s, u"Uninstall these %1 apps with their data?\r\n"_s,
+             u"卸载这 %1 个应用，连同它们的数据？\r\n(Uninstall these apps with their data?)\r\n"_s)
+          .arg(chosen.size());
   for (const ChosenApp& app : chosen) box.text += u"\r\n"_s + app.label + u"  "_s + app.package;
   box.icon = BoxIcon::Warning;
   box.buttons = BoxButtons::YesNo;
@@ -200,24 +206,25 @@ QCoro::Task<> WholeBackups::cmdUninstall_Click() {
   QList<RestoreOutcome> outcomes;
   for (const ChosenApp& app : chosen) {
     const QString name = app.label.isEmpty() ? app.package : app.label;
-    RestoreOutcome outcome{false, false, u"✗ "_s + name + u": 包名不可用 (no usable package name)"_s};
+    RestoreOutcome outcome{false, false,
+                           u"✗ "_s + name + u": "_s + inFace(u"包名不可用"_s, u"no usable package name"_s)};
     if (!app.package.isEmpty() && isFitPackageName(app.package)) {
       const QString reply = co_await m_menu.ask(uninstallLine(Host::current(), app.package));
       const Outcome said = uninstallOutcome(reply);
       outcome.good = said.kind == Outcome::Kind::Success;
       outcome.ends = m_menu.bench().turn.stopped() || said.kind == Outcome::Kind::NotReached;
       outcome.text = (outcome.good ? u"✓ "_s : u"✗ "_s) + name + u": "_s;
-      if (outcome.good) outcome.text += u"已卸载 (uninstalled)"_s;
-      if (!outcome.good && m_menu.bench().turn.stopped()) outcome.text += u"已停止 (stopped)"_s;
+      if (outcome.good) outcome.text += inFace(u"已卸载"_s, u"uninstalled"_s);
+      if (!outcome.good && m_menu.bench().turn.stopped()) outcome.text += inFace(u"已停止"_s, u"stopped"_s);
       if (!outcome.good && !m_menu.bench().turn.stopped())
-        outcome.text += (said.words + u' ' + said.sentence.joined()).trimmed();
+        outcome.text += (said.words + u' ' + said.sentence.shown()).trimmed();
     }
     const bool ends = outcome.ends;
     m_menu.bench().say(outcome.text);
     outcomes << outcome;
     if (ends) break;
   }
-  co_await tell(u"已卸载 (uninstalled)"_s, chosen.size(), outcomes);
+  co_await tell(inFace(u"已卸载"_s, u"uninstalled"_s), chosen.size(), outcomes);
 }
 
 }  // namespace orvanta

@@ -5,6 +5,7 @@
 
 #include "core/state.h"
 #include "permissions/permission_list.h"
+#include "text/text.h"
 #include "ui/twips.h"
 
 using namespace Qt::StringLiterals;
@@ -21,11 +22,10 @@ constexpr int captionBarTwips = 420;
 Form1::Form1(const State& state, QWidget* owner)
     : Form(u"Form1"_s, frameWidthTwips + 2 * marginTwips,
            frameHeightTwips + 2 * marginTwips + captionBarTwips, owner),
-      Permissions(new Frame(u"Permissions"_s, u"Permissions"_s, this)),
+      Permissions(new Frame(u"Permissions"_s, Designed(u"Permissions"), this)),
       Label1(new QLabel(Permissions)),
       m_state(state) {
-  setWindowTitle(u"Permissions in Manifest"_s);
-  setAccessibleName(windowTitle());
+  setTitle(Designed(u"Permissions in Manifest"));
   Label1->setObjectName(u"Label1"_s);
   Label1->setTextFormat(Qt::PlainText);
   Label1->setAlignment(Qt::AlignTop | Qt::AlignLeft);

@@ -13,6 +13,7 @@
 #include "core/busy_tools.h"
 #include "core/workbench.h"
 #include "inventory/apps_form.h"
+#include "text/text.h"
 #include "ui/twips.h"
 
 using namespace Qt::StringLiterals;
@@ -32,13 +33,13 @@ constexpr int lineHeight = 17;
 
 QString noticeOf(const RuntimePermissions& permissions, const QString& reply) {
   if (permissions.RuntimePermCount > Form8::rows) {
-    return u"只显示前 %1 项，共 %2 项 (Only the first %1 of %2 are shown)"_s.arg(
-        QString::number(Form8::rows), QString::number(permissions.RuntimePermCount));
+    return inFace(u"只显示前 %1 项，共 %2 项"_s, u"Only the first %1 of %2 are shown"_s)
+        .arg(QString::number(Form8::rows), QString::number(permissions.RuntimePermCount));
   }
   if (permissions.RuntimePermCount > 0) return {};
-  if (knowsPackage(reply)) return u"该应用没有运行时权限 (This app has no runtime permissions)"_s;
+  if (knowsPackage(reply)) return inFace(u"该应用没有运行时权限"_s, u"This app has no runtime permissions"_s);
   const QString words = tellingLine(reply);
-  return words.isEmpty() ? u"头显没有回答 (The headset gave no answer)"_s : words;
+  return words.isEmpty() ? inFace(u"头显没有回答"_s, u"The headset gave no answer"_s) : words;
 }
 
 }  // namespace
@@ -51,13 +52,13 @@ Form8::Form8(Workbench& bench, QWidget* above)
       m_bench(bench),
       m_view(new QScrollArea(this)),
       m_rows(new QWidget) {
-  setWindowTitle(u"Manage permissions"_s);
+  setTitle(Designed(u"Manage permissions"));
   QFont bold = font();
   bold.setBold(true);
   lblApp->setFont(bold);
   createRows();
-  Command1 = new Button(u"Command1"_s, u"Done"_s,
-                        u"关闭窗口，更改已经生效 (Close; changes are already made)"_s, this);
+  Command1 = new Button(u"Command1"_s, Designed(u"Done"),
+                        {u"关闭窗口，更改已经生效"_s, u"Close; changes are already made"_s}, this);
   connect(Command1, &QPushButton::clicked, this, &Form8::Command1_Click);
   connect(this, &Form::hidden, this, &Form8::startAfresh);
   showTools(bench.turn, busyStrip);
@@ -70,9 +71,9 @@ Form8::Form8(Workbench& bench, QWidget* above)
 void Form8::createRows() {
   for (int i = 1; i <= rows; ++i) {
     const auto row = static_cast<size_t>(i);
-    Frame1[row] = new Frame(u"Frame1_%1"_s.arg(i), QString(), m_rows);
+    Frame1[row] = new Frame(u"Frame1_%1"_s.arg(i), {}, m_rows);
     Label1[row] = new Label(u"Label1_%1"_s.arg(i), Frame1[row]);
-    Check1[row] = new CheckBox(u"Check1_%1"_s.arg(i), u"Permission Granted"_s, QString(), Frame1[row]);
+    Check1[row] = new CheckBox(u"Check1_%1"_s.arg(i), Designed(u"Permission Granted"), {}, Frame1[row]);
     // Not by its click: a screen reader changes a check box without one.
     connect(Check1[row], &QCheckBox::toggled, this, [this, i] { Check1_Click(i); });
   }
@@ -101,7 +102,7 @@ void Form8::Form_Load(const QString& label, const QString& package, const Runtim
     Label1[row]->setCaption(name);
     Label1[row]->setToolTip(name);
     Frame1[row]->setAccessibleName(name);
-    Check1[row]->setAccessibleName(u"Permission Granted: "_s + name);
+    Check1[row]->setAccessibleName(designed(u"Permission Granted") + u": "_s + name);
     const QSignalBlocker isNoClick(Check1[row]);
     Check1[row]->setValue(permissions.RuntimePermStates[row].toInt());
   }
@@ -149,8 +150,8 @@ QCoro::Task<> Form8::Check1_Click(int Index) {
   const QString name = m_permissions.RuntimePermNames[static_cast<size_t>(Index)];
   if (!isChangeable(m_package, name)) {
     putBack(Index);
-    const QString told =
-        u"名称不可用，没有更改 (No usable name: nothing was changed): "_s + m_package + u' ' + name;
+    const QString told = inFace(u"名称不可用，没有更改"_s, u"No usable name: nothing was changed"_s) +
+                         u": "_s + m_package + u' ' + name;
     setNotice(told);
     m_bench.say(told);
     co_return;
@@ -164,9 +165,9 @@ QCoro::Task<> Form8::Check1_Click(int Index) {
   if (!isVisible()) co_return;
   const QString words = tellingLine(withoutServerNotes(reply));
   if (m_bench.turn.stopped()) {
-    setNotice(u"已停止，结果未知 (Stopped: the outcome is not known): "_s + name);
+    setNotice(inFace(u"已停止，结果未知"_s, u"Stopped: the outcome is not known"_s) + u": "_s + name);
   } else if (!words.isEmpty()) {
-    setNotice(u"头显 (Headset): "_s + words);
+    setNotice(inFace(u"头显"_s, u"Headset"_s) + u": "_s + words);
   }
 }
 
@@ -260,7 +261,8 @@ QCoro::Task<bool> PermissionManager::load(QString label, QString package) {
     m_Form8.setNotice(noticeOf(permissions, reply));
   } else {
     const QString told =
-        u"没有可用的包名，没有询问头显 (No usable package name: the headset was not asked): "_s + package;
+        inFace(u"没有可用的包名，没有询问头显"_s, u"No usable package name: the headset was not asked"_s) +
+        u": "_s + package;
     m_Form8.setNotice(told);
     m_bench.say(told);
   }

@@ -4,7 +4,9 @@
 #include <QLocale>
 #include <QPainter>
 
+#include "text/text.h"
 #include "ui/theme.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,12 +34,12 @@ BusyStrip::BusyStrip(QWidget* parent)
     : QWidget(parent),
       m_text(new Label(u"busyText"_s, this)),
       m_bar(new QProgressBar(this)),
-      m_stop(
-          new Button(u"busyStop"_s, u"停止 Stop"_s, u"停止正在运行的工具 (Stop the running tool)"_s, this)) {
+      m_stop(new Button(u"busyStop"_s, Text(u"停止"_s, u"Stop"_s, u"停止 Stop"_s),
+                        Text(u"停止正在运行的工具"_s, u"Stop the running tool"_s), this)) {
   setObjectName(u"busyStrip"_s);
   m_bar->setTextVisible(false);
   m_bar->setRange(0, 0);
-  m_bar->setAccessibleName(u"Progress"_s);
+  worded(this, [this] { m_bar->setAccessibleName(inFace(u"进度"_s, u"Progress"_s, u"Progress"_s)); });
   m_patience.setSingleShot(true);
   m_patience.setInterval(patienceMilliseconds);
   m_linger.setSingleShot(true);
@@ -121,7 +123,7 @@ void BusyStrip::settleView() {
 void BusyStrip::refresh() {
   layOut();
   if (m_wait.isActive()) {
-    m_text->setCaption(u"请等待当前操作结束 (Wait for the current operation)"_s);
+    m_text->setCaption(inFace(u"请等待当前操作结束"_s, u"Wait for the current operation"_s));
     return;
   }
   m_text->setCaption(caption());
@@ -136,10 +138,10 @@ QString BusyStrip::caption() const {
       locale.formattedDataSize(m_doneBytes, 1) + u" / "_s + locale.formattedDataSize(m_allBytes, 1)};
   const auto speed = m_pace.speed();
   if (m_doneBytes == m_allBytes) {
-    parts << u"等待头显 (waiting for the headset)"_s;
+    parts << inFace(u"等待头显"_s, u"waiting for the headset"_s);
   } else if (speed) {
     parts << locale.formattedDataSize(*speed, 1) + u"/s"_s
-          << u"剩余 %1 (left)"_s.arg(clock(*m_pace.secondsLeft() * 1000));
+          << inFace(u"剩余 %1"_s, u"%1 left"_s, u"剩余 %1 (left)"_s).arg(clock(*m_pace.secondsLeft() * 1000));
   }
   // The time left is what the user waits for; what the other figures tell can be seen from the bar as well.
   for (const int leastWanted : {1, 2, 2}) {

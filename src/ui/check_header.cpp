@@ -5,6 +5,11 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 
+#include "text/text.h"
+#include "ui/worded.h"
+
+using namespace Qt::StringLiterals;
+
 namespace orvanta {
 
 namespace {
@@ -16,7 +21,7 @@ constexpr int columnWidth = 26;
 CheckHeader::CheckHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {
   setFixedWidth(columnWidth);
   setSectionsClickable(false);
-  setToolTip(QStringLiteral("选择，Ctrl+空格 (Check, Ctrl+Space)"));
+  worded(this, [this] { setToolTip(inFace(u"选择，Ctrl+空格"_s, u"Check, Ctrl+Space"_s)); });
 }
 
 void CheckHeader::paintSection(QPainter* painter, const QRect& rect, int viewRow) const {

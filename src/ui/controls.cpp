@@ -3,8 +3,10 @@
 #include <QHelpEvent>
 #include <QPainter>
 
+#include "text/text.h"
 #include "ui/theme.h"
 #include "ui/tool_tip.h"
+#include "ui/worded.h"
 
 namespace orvanta {
 
@@ -19,12 +21,26 @@ QString shortened(const QString& text) {
   return text.size() <= most ? text : text.left(most) + u'…';
 }
 
+/// A control without a caption of its own gets one by `setText`, and keeps that.
+template <class Control>
+void wordButton(Control* control, const Text& caption, const Text& toolTip, const Text& accessibleName) {
+  if (caption.isEmpty()) return;
+  worded(control, [=] {
+    control->setText(caption.shown());
+    control->setToolTip(toolTip.shown());
+    control->setAccessibleName(accessibleName.isEmpty() ? caption.shown() : accessibleName.shown());
+  });
+}
+
 }  // namespace
 
-Frame::Frame(const QString& designName, const QString& caption, QWidget* parent)
-    : QGroupBox(caption, parent) {
+Frame::Frame(const QString& designName, const Text& caption, QWidget* parent) : QGroupBox(parent) {
   setObjectName(designName);
-  setAccessibleName(caption);
+  if (caption.isEmpty()) return;
+  worded(this, [this, caption] {
+    setTitle(caption.shown());
+    setAccessibleName(caption.shown());
+  });
 }
 
 QRect Frame::contentArea() const {
@@ -100,12 +116,11 @@ void Label::paintEvent(QPaintEvent*) {
                    painter.fontMetrics().elidedText(shown, Qt::ElideMiddle, line.width()));
 }
 
-Button::Button(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent,
-               const QString& accessibleName)
-    : QPushButton(caption, parent) {
+Button::Button(const QString& designName, const Text& caption, const Text& toolTip, QWidget* parent,
+               const Text& accessibleName)
+    : QPushButton(parent) {
   setObjectName(designName);
-  setToolTip(toolTip);
-  setAccessibleName(accessibleName.isEmpty() ? caption : accessibleName);
+  wordButton(this, caption, toolTip, accessibleName);
   setAutoDefault(false);
 }
 
@@ -122,11 +137,10 @@ void Button::setBackColor(FormColor color) {
   setPalette(colored);
 }
 
-CheckBox::CheckBox(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent)
-    : QCheckBox(caption, parent) {
+CheckBox::CheckBox(const QString& designName, const Text& caption, const Text& toolTip, QWidget* parent)
+    : QCheckBox(parent) {
   setObjectName(designName);
-  setToolTip(toolTip);
-  setAccessibleName(caption);
+  wordButton(this, caption, toolTip, {});
 }
 
 }  // namespace orvanta

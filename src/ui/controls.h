@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "text/text.h"
 #include "ui/color.h"
 
 namespace orvanta {
@@ -15,7 +16,7 @@ class Frame : public QGroupBox {
   Q_OBJECT
 
  public:
-  Frame(const QString& designName, const QString& caption, QWidget* parent);
+  Frame(const QString& designName, const Text& caption, QWidget* parent);
 
   QString Caption() const { return title(); }
 
@@ -68,8 +69,8 @@ class Button : public QPushButton {
 
  public:
   /// `accessibleName` is for buttons whose caption says too little; otherwise the caption is spoken.
-  Button(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent,
-         const QString& accessibleName = {});
+  Button(const QString& designName, const Text& caption, const Text& toolTip, QWidget* parent,
+         const Text& accessibleName = {});
 
   FormColor BackColor() const { return m_backColor; }
   void setBackColor(FormColor color);
@@ -83,7 +84,7 @@ class CheckBox : public QCheckBox {
   Q_OBJECT
 
  public:
-  CheckBox(const QString& designName, const QString& caption, const QString& toolTip, QWidget* parent);
+  CheckBox(const QString& designName, const Text& caption, const Text& toolTip, QWidget* parent);
 
   int Value() const { return isChecked() ? 1 : 0; }
   void setValue(int value) { setChecked(value == 1); }

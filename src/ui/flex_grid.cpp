@@ -4,8 +4,12 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
+#include "text/text.h"
 #include "ui/flex_grid_paint.h"
 #include "ui/tool_tip.h"
+#include "ui/worded.h"
+
+using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
@@ -17,7 +21,7 @@ bool isSideways(const QWheelEvent& event) {
 
 }  // namespace
 
-FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QAbstractItemModel* records,
+FlexGrid::FlexGrid(const QString& designName, const Text& accessibleName, QAbstractItemModel* records,
                    QWidget* parent)
     : QTableView(parent),
       m_rows(new FlexGridRows(records, this)),
@@ -25,7 +29,6 @@ FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QAb
       m_corner(new QWidget(this)),
       m_checkAll(new QCheckBox(m_corner)) {
   setObjectName(designName);
-  setAccessibleName(accessibleName);
   setItemDelegate(new FlexGridDelegate(this));
   setHorizontalHeader(new FlexGridHeader(this));
   setVerticalHeader(m_checks);
@@ -44,8 +47,11 @@ FlexGrid::FlexGrid(const QString& designName, const QString& accessibleName, QAb
   verticalHeader()->setDefaultSectionSize(rowPixels);
   setCornerButtonEnabled(false);
   m_checkAll->setObjectName(QStringLiteral("checkAll"));
-  m_checkAll->setAccessibleName(QStringLiteral("全选 (Check all)"));
-  m_checkAll->setToolTip(QStringLiteral("全选或全不选显示的应用 (Check all or none of the apps shown)"));
+  worded(this, [this, accessibleName] {
+    setAccessibleName(accessibleName.shown());
+    m_checkAll->setAccessibleName(inFace(u"全选"_s, u"Check all"_s));
+    m_checkAll->setToolTip(inFace(u"全选或全不选显示的应用"_s, u"Check all or none of the apps shown"_s));
+  });
   m_corner->setBackgroundRole(QPalette::Base);
   m_corner->setAutoFillBackground(true);
   m_corner->hide();

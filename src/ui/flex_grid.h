@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QTableView>
 
+#include "text/text.h"
 #include "ui/check_header.h"
 #include "ui/color.h"
 #include "ui/flex_grid_rows.h"
@@ -18,7 +19,7 @@ class FlexGrid : public QTableView {
   static constexpr int rowPixels = 24;
 
   /// `records` has the roles of `FlexGridRows`.
-  FlexGrid(const QString& designName, const QString& accessibleName, QAbstractItemModel* records,
+  FlexGrid(const QString& designName, const Text& accessibleName, QAbstractItemModel* records,
            QWidget* parent);
 
   int Rows() const { return m_rows->rows(); }

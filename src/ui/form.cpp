@@ -6,7 +6,9 @@
 #include <QScreen>
 
 #include "platform/awaited.h"
+#include "text/text.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 namespace orvanta {
 
@@ -51,13 +53,28 @@ void Form::setHeight(int twips) {
   apply(room);
 }
 
+void Form::setTitle(const Text& title) {
+  worded(this, [this, title] { setWindowTitle(title.shown()); });
+}
+
+void Form::layOutAnew() {
+  QResizeEvent same(size(), size());
+  resizeEvent(&same);
+}
+
+bool Form::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  // By now every control has its new text.
+  if (event->type() == QEvent::LanguageChange) layOutAnew();
+  return handled;
+}
+
 void Form::apply(QSize room) {
   setMinimumSize(designSize());
   const QSize wanted = designSize() + room;
   // A maximised window keeps the screen's size; only its layout changes.
   if (isMaximized() || isFullScreen() || size() == wanted) {
-    QResizeEvent same(size(), size());
-    resizeEvent(&same);
+    layOutAnew();
   } else {
     resize(wanted);
   }

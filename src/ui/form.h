@@ -3,6 +3,8 @@
 #include <QCoroTask>
 #include <QWidget>
 
+#include "text/text.h"
+
 class QScreen;
 
 namespace orvanta {
@@ -15,6 +17,8 @@ namespace orvanta {
 ///
 /// A form that belongs to another, or that is modal, comes up in the middle of its owner, or of the screen
 /// while that is hidden; any other form comes back to where it was.
+///
+/// When texts get another face, the form is laid out anew, since their widths differ.
 ///
 /// When the focused control is disabled or hidden, the focus goes to the refuge, not to a neighbour, for
 /// which the next press of the space bar was never meant.
@@ -35,6 +39,9 @@ class Form : public QWidget {
   /// What the user added to it, in pixels.
   QSize userRoom() const;
 
+  /// The window's title.
+  void setTitle(const Text& title);
+
   /// Moves a hidden form without an owner to where it is to come up: the middle of `screen`.
   void centreOnScreen(const QScreen& screen);
 
@@ -53,6 +60,7 @@ class Form : public QWidget {
   /// form itself.
   void setFocusRefuge(QWidget* refuge) { m_refuge = refuge; }
 
+  bool event(QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
@@ -60,6 +68,7 @@ class Form : public QWidget {
 
  private:
   void apply(QSize room);
+  void layOutAnew();
   QPoint placeOverOwner() const;
 
   int m_widthTwips;

@@ -17,6 +17,8 @@
 #include <cmath>
 #include <limits>
 
+#include "text/bilingual.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -74,7 +76,7 @@ LongMessage::LongMessage(const MessageBox& box, const QString& text, const QIcon
   sign->setPixmap(icon.pixmap(QSize(signSize, signSize), devicePixelRatio()));
 
   m_text->setObjectName(u"boxText"_s);
-  m_text->setAccessibleName(u"消息 (Message)"_s);
+  m_text->setAccessibleName(inFace(u"消息"_s, u"Message"_s));
   m_text->setReadOnly(true);
   m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   m_text->setTabChangesFocus(true);
@@ -123,7 +125,8 @@ int LongMessage::textHeight(int mostLines, int mostHeight) const {
 }
 
 void LongMessage::fold(bool folded) {
-  m_more->setText(folded ? u"▸ 全部显示 (Show all)"_s : u"▾ 收起 (Show less)"_s);
+  m_more->setText(folded ? u"▸ "_s + inFace(u"全部显示"_s, u"Show all"_s)
+                         : u"▾ "_s + inFace(u"收起"_s, u"Show less"_s));
   const QRect room = screen()->availableGeometry();
   const int others = folded ? 0 : frameGeometry().height() - m_text->height();
   m_text->setFixedHeight(folded ? textHeight(foldedLines, room.height() / 2)

@@ -10,6 +10,7 @@
 #include "platform/awaited.h"
 #include "platform/file_moves.h"
 #include "platform/notification.h"
+#include "text/bilingual.h"
 #include "ui/file_dialog.h"
 #include "ui/long_message.h"
 
@@ -80,7 +81,7 @@ QString lineBreaks(QString text) {
   constexpr qsizetype most = 1 << 20;
   if (const qsizetype more = text.size() - most; more > 0) {
     text.truncate(most);
-    text += u"\n… 还有 %1 个字符 (and %1 characters more)"_s.arg(more);
+    text += (u"\n… "_s + inFace(u"还有 %1 个字符"_s, u"and %1 characters more"_s)).arg(more);
   }
   return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
 }

@@ -8,6 +8,7 @@
 #include "ui/status_sign.h"
 #include "ui/theme.h"
 #include "ui/tool_tip.h"
+#include "ui/worded.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,15 +26,15 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object) 
 }
 
 QString wholeText(const Status& status) {
-  const QString details = status.details.joined();
-  return details.isEmpty() ? status.sentence.joined() : status.sentence.joined() + u'\n' + details;
+  const QString details = status.details.shown();
+  return details.isEmpty() ? status.sentence.shown() : status.sentence.shown() + u'\n' + details;
 }
 
 /// Draws sign and sentence from `line`'s left side on. Returns the width that they take where they fit.
 int drawStatus(const Status& status, const QRect& line, QPainter* painter, const QWidget& on) {
   QRect words = line;
   if (status.sign != Status::Sign::None) words.adjust(signSize + gap, 0, 0, 0);
-  const QString sentence = status.sentence.joined();
+  const QString sentence = status.sentence.shown();
   if (painter != nullptr) {
     const QRectF sign(line.left(), line.center().y() - signSize / 2.0 + 0.5, signSize, signSize);
     drawSign(status.sign, sign, on.palette(), *painter);
@@ -55,10 +56,10 @@ StatusLine::StatusLine(QWidget* parent)
   Q_UNUSED(installed)
   setObjectName(u"statusLine"_s);
   m_button->hide();
+  worded(this, [this] { tell(Status(m_status), std::optional(m_trouble)); });
   connect(m_button, &QPushButton::clicked, this, [this] {
     // The slot may set another status.
-    const auto action =
-        m_status.caption.joined().isEmpty() && m_trouble ? m_trouble->action : m_status.action;
+    const auto action = m_status.caption.shown().isEmpty() && m_trouble ? m_trouble->action : m_status.action;
     if (action) action();
   });
 }
@@ -66,10 +67,10 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::tell(const Status& status, const std::optional<Status>& trouble) {
   m_status = status;
   m_trouble = trouble;
-  QString told = status.sentence.joined();
+  QString told = status.sentence.shown();
   QString tip = wholeText(status);
   if (trouble) {
-    told += u" · "_s + trouble->sentence.joined();
+    told += u" · "_s + trouble->sentence.shown();
     tip += u"\n\n"_s + wholeText(*trouble);
   }
   setToolTip(tip);
@@ -87,8 +88,8 @@ void StatusLine::tell(const Status& status, const std::optional<Status>& trouble
 }
 
 void StatusLine::showButton() {
-  const bool own = !m_status.caption.joined().isEmpty();
-  const QString caption = own || !m_trouble ? m_status.caption.joined() : m_trouble->caption.joined();
+  const bool own = !m_status.caption.shown().isEmpty();
+  const QString caption = own || !m_trouble ? m_status.caption.shown() : m_trouble->caption.shown();
   if (caption == m_button->text()) return;
   // A press already begun was never meant for the new action: the focus moves away, and the press is dropped.
   m_button->setDown(false);

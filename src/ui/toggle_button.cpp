@@ -4,17 +4,24 @@
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
+#include "text/text.h"
 #include "ui/twips.h"
+#include "ui/worded.h"
 
 namespace orvanta {
 
-ToggleButton::ToggleButton(const QString& designName, const QString& caption, QColor raisedFace,
+ToggleButton::ToggleButton(const QString& designName, const Text& caption, QColor raisedFace,
                            QColor pressedFace, QWidget* parent)
-    : QAbstractButton(parent), m_raisedFace(raisedFace), m_pressedFace(pressedFace) {
+    : QAbstractButton(parent), m_caption(caption), m_raisedFace(raisedFace), m_pressedFace(pressedFace) {
   setObjectName(designName);
   setCheckable(true);
-  setText(caption);
+  worded(this, [this] { setText(m_caption.shown()); });
   setFocusPolicy(Qt::StrongFocus);
+}
+
+void ToggleButton::setCaption(const Text& caption) {
+  m_caption = caption;
+  setText(caption.shown());
 }
 
 QSize ToggleButton::sizeHint() const {

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QColor>
 
+#include "text/text.h"
+
 namespace orvanta {
 
 /// A check box that looks like a button: one plain face while raised (value 0), another while pressed (value
@@ -11,8 +13,10 @@ class ToggleButton : public QAbstractButton {
   Q_OBJECT
 
  public:
-  ToggleButton(const QString& designName, const QString& caption, QColor raisedFace, QColor pressedFace,
+  ToggleButton(const QString& designName, const Text& caption, QColor raisedFace, QColor pressedFace,
                QWidget* parent);
+
+  void setCaption(const Text& caption);
 
   int Value() const { return isChecked() ? 1 : 0; }
   void setValue(int value) { setChecked(value == 1); }
@@ -23,6 +27,7 @@ class ToggleButton : public QAbstractButton {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  Text m_caption;
   QColor m_raisedFace;
   QColor m_pressedFace;
 };

@@ -64,7 +64,7 @@ class BackupsReadersTest : public QObject {
     for (const auto& [text, problem] : cases) {
       const auto read = readManifest(text);
       const auto* refused = std::get_if<Bilingual>(&read);
-      const QString told = refused == nullptr ? QString() : refused->joined();
+      const QString told = refused == nullptr ? QString() : refused->shown();
       QVERIFY2(told.isEmpty() == (*problem == '\0') && told.contains(QLatin1String(problem)),
                qPrintable(QString::fromUtf8(text) + told));
     }

@@ -239,7 +239,7 @@ class MainWindowTest : public QObject {
     } while (form.focusWidget() != form.Command1 && reached.size() < 50);
     QCOMPARE(reached.join(u' '),
              u"Command1 Check1 Command2 Command4 Command5 Command8 Check2 Command9 Command11 Command12 "
-             "Command6 txtOutputs"_s);
+             "Command6 faceSwitch txtOutputs"_s);
   }
 
   void statusLineTellsVerdictAndTrouble() {
