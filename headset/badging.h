@@ -17,16 +17,11 @@ struct Badging {
   QStringList permissions;
   QStringList nativeCode;
   bool isTestOnly = false;
+  bool requiresSplits = false;  ///< it cannot go without splits
   bool isLaunchable = false;
 };
 
-/// Parses the output of "aapt d badging"; nothing if it names no package.
-std::optional<Badging> parseBadging(const QString& text);
-
-/// Whether the manifest of `file` says that it cannot go without splits.
-bool requiresSplits(const QString& file);
-
-/// Runs the desktop's aapt on `file`; nothing if it is not a package.
+/// What `file` says about itself; nothing if it is not a package.
 std::optional<Badging> readBadging(const QString& file);
 
 }  // namespace orvanta::headset

@@ -260,7 +260,7 @@ QString PackageInstaller::commit(const QString& folder, const InstallOptions& op
           shownFolder, file.section(u'/', -1), package, base->package);
     }
   }
-  if (splitFiles.isEmpty() && requiresSplits(baseFile)) {
+  if (splitFiles.isEmpty() && base->requiresSplits) {
     return u"INSTALL_FAILED_MISSING_SPLIT: Missing split for %1"_s.arg(base->package);
   }
   if (const QString reason = refusal(*base, options, shownFolder); !reason.isEmpty()) return reason;

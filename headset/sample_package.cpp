@@ -2,13 +2,15 @@
 
 #include <QBuffer>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
-#include <QProcess>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
+#include <memory>
+
+#include <zip.h>
+
+#include "package_parts.h"
 
 namespace orvanta {
 
@@ -17,27 +19,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 struct Density {
-  const char* folder;
+  const char* name;
+  int dots;  // an inch
   int size;
 };
-constexpr Density kDensities[] = {{"mipmap-mdpi", 48}, {"mipmap-xhdpi", 96}, {"mipmap-xxxhdpi", 192}};
-
-bool writeFile(const QString& path, const QByteArray& content) {
-  QDir().mkpath(QFileInfo(path).path());
-  QFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-/// Escapes `text` for a string resource: both XML and aapt have special characters.
-QByteArray resourceText(QString text) {
-  text.replace(u'\\', u"\\\\"_s).replace(u'\'', u"\\'"_s).replace(u'"', u"\\\""_s);
-  if (text.startsWith(u'@') || text.startsWith(u'?')) text.prepend(u'\\');
-  return text.toHtmlEscaped().toUtf8();
-}
-
-QByteArray stringsFile(const QString& label) {
-  return "<resources><string name=\"app_name\">" + resourceText(label) + "</string></resources>\n";
-}
+constexpr Density kDensities[] = {{"mdpi", 160, 48}, {"xhdpi", 320, 96}, {"xxxhdpi", 640, 192}};
+constexpr ResourceId kIcon = {0x7f010000};
+constexpr ResourceId kLabel = {0x7f020000};
 
 /// A disc whose colour follows from the package's name, so that neighbours in a list differ.
 QByteArray drawnIcon(const QString& package, int size) {
@@ -58,50 +46,97 @@ QByteArray drawnIcon(const QString& package, int size) {
   return png;
 }
 
-QString attribute(const QString& value) {
-  return value.toHtmlEscaped();
+ManifestElement named(const QString& element, const QString& name,
+                      const QList<ManifestElement>& children = {}) {
+  return {element, {{u"name"_s, 0x01010003, name}}, children};
 }
 
-QString manifest(const SamplePackage& package) {
-  QString text =
-      u"<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-      "<manifest xmlns:android=\"http://schemas.android.com/apk/res/android\" package=\"%1\" "
-      "android:versionCode=\"%2\" android:versionName=\"%3\"%4%5>\n"_s.arg(
-          attribute(package.package), QString::number(package.versionCode), attribute(package.versionName),
-          package.split.isEmpty() ? QString() : u" split=\"%1\""_s.arg(attribute(package.split)),
-          package.splitRequired ? u" android:isSplitRequired=\"true\""_s : QString());
-  text += u"<uses-sdk android:minSdkVersion=\"%1\" android:targetSdkVersion=\"%2\"/>\n"_s.arg(package.minSdk)
-              .arg(package.targetSdk);
-  for (const QString& name : package.permissions) {
-    text += u"<uses-permission android:name=\"%1\"/>\n"_s.arg(attribute(name));
+ManifestElement application(const SamplePackage& package) {
+  ManifestElement element = {u"application"_s};
+  if (!package.split.isEmpty()) {
+    element.attributes << ManifestAttribute{u"hasCode"_s, 0x0101000c, false};
+    return element;
   }
-  for (const QString& name : package.features) {
-    text += u"<uses-feature android:name=\"%1\" android:required=\"true\"/>\n"_s.arg(attribute(name));
-  }
-  if (!package.split.isEmpty()) return text + "<application android:hasCode=\"false\"/>\n</manifest>\n"_L1;
-  const bool hasIcon = package.icon || !package.iconPng.isEmpty();
-  text += u"<application android:label=\"@string/app_name\"%1%2>\n"_s.arg(
-      hasIcon ? u" android:icon=\"@mipmap/ic_launcher\""_s : QString(),
-      package.testOnly ? u" android:testOnly=\"true\""_s : QString());
+  element.attributes << ManifestAttribute{u"label"_s, 0x01010001, kLabel};
+  if (package.hasIcon()) element.attributes << ManifestAttribute{u"icon"_s, 0x01010002, kIcon};
+  if (package.testOnly) element.attributes << ManifestAttribute{u"testOnly"_s, 0x01010272, true};
   if (package.launchable) {
-    text +=
-        u"<activity android:name=\".MainActivity\"><intent-filter>"
-        "<action android:name=\"android.intent.action.MAIN\"/>"
-        "<category android:name=\"android.intent.category.LAUNCHER\"/></intent-filter></activity>\n"_s;
+    element.children << named(u"activity"_s, package.package + ".MainActivity"_L1,
+                              {{u"intent-filter"_s,
+                                {},
+                                {named(u"action"_s, u"android.intent.action.MAIN"_s),
+                                 named(u"category"_s, u"android.intent.category.LAUNCHER"_s)}}});
   }
-  return text + "</application>\n</manifest>\n"_L1;
+  return element;
 }
 
-QString runAapt(const QString& folder, const QStringList& arguments) {
-  QProcess aapt;
-  aapt.setWorkingDirectory(folder);
-  aapt.setProcessChannelMode(QProcess::MergedChannels);
-  aapt.start(u"aapt"_s, arguments);
-  if (!aapt.waitForStarted()) return u"aapt is not installed (Debian: apt-get install aapt)"_s;
-  aapt.waitForFinished(-1);
-  if (aapt.exitStatus() == QProcess::NormalExit && aapt.exitCode() == 0) return {};
-  return "aapt failed: "_L1 + QString::fromUtf8(aapt.readAll()).trimmed();
+QByteArray manifest(const SamplePackage& package) {
+  ManifestElement root = {u"manifest"_s};
+  root.attributes << ManifestAttribute{u"versionCode"_s, 0x0101021b, static_cast<qint32>(package.versionCode)}
+                  << ManifestAttribute{u"versionName"_s, 0x0101021c, package.versionName}
+                  << ManifestAttribute{u"package"_s, 0, package.package};
+  if (package.splitRequired) root.attributes << ManifestAttribute{u"isSplitRequired"_s, 0x01010591, true};
+  if (!package.split.isEmpty()) root.attributes << ManifestAttribute{u"split"_s, 0, package.split};
+  root.children << ManifestElement{u"uses-sdk"_s,
+                                   {{u"minSdkVersion"_s, 0x0101020c, package.minSdk},
+                                    {u"targetSdkVersion"_s, 0x01010270, package.targetSdk}}};
+  for (const QString& name : package.permissions) root.children << named(u"uses-permission"_s, name);
+  for (const QString& name : package.features) {
+    root.children << named(u"uses-feature"_s, name);
+    root.children.last().attributes << ManifestAttribute{u"required"_s, 0x0101028e, true};
+  }
+  root.children << application(package);
+  return binaryManifest(root);
 }
+
+QString iconPath(const Density& density) {
+  return u"res/mipmap-%1-v4/ic_launcher.png"_s.arg(QLatin1StringView(density.name));
+}
+
+QByteArray resources(const SamplePackage& package) {
+  Resource icon = {u"mipmap"_s, u"ic_launcher"_s, {}};
+  for (const Density& density : kDensities) {
+    if (package.hasIcon())
+      icon.versions << ResourceVersion{.text = iconPath(density), .density = density.dots};
+  }
+  Resource label = {u"string"_s, u"app_name"_s, {{package.label}}};
+  for (auto it = package.localizedLabels.begin(); it != package.localizedLabels.end(); ++it)
+    label.versions << ResourceVersion{it.value(), it.key()};
+  return resourceTable(package.package, {icon, label});
+}
+
+/// A zip archive that is being written, and what goes into it.
+class Archive {
+ public:
+  explicit Archive(const QString& file)
+      : m_archive(zip_open(file.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr)) {}
+  Archive(const Archive&) = delete;
+  Archive& operator=(const Archive&) = delete;
+  ~Archive() {
+    if (m_archive) zip_discard(m_archive);
+  }
+
+  bool add(const QString& name, const QByteArray& content, bool deflated) {
+    if (!m_archive) return false;
+    m_contents.append(content);  // it is read when the archive is closed
+    const QByteArray& kept = m_contents.last();
+    zip_source_t* source =
+        zip_source_buffer(m_archive, kept.constData(), static_cast<zip_uint64_t>(kept.size()), 0);
+    const zip_int64_t index = zip_file_add(m_archive, name.toUtf8().constData(), source, ZIP_FL_ENC_UTF_8);
+    return index >= 0 && zip_set_file_compression(m_archive, static_cast<zip_uint64_t>(index),
+                                                  deflated ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 0) == 0;
+  }
+
+  bool close() {
+    const bool closed = m_archive && zip_close(m_archive) == 0;
+    if (closed) m_archive = nullptr;
+    return closed;
+  }
+
+ private:
+  zip_t* m_archive;
+  QByteArrayList m_contents;
+};
 
 QByteArray randomBytes(qint64 size) {
   QByteArray bytes((size + 3) / 4 * 4, Qt::Uninitialized);
@@ -131,41 +166,23 @@ QString frameworkResources() {
 }
 
 QString SamplePackage::write(const QString& file) const {
-  const QString framework = frameworkResources();
-  if (framework.isEmpty()) {
-    return u"aapt needs the framework's resources (Debian: apt-get install android-framework-res)"_s;
-  }
-  const QTemporaryDir work;
-  if (!work.isValid()) return work.errorString();
-  const QString target = QFileInfo(file).absoluteFilePath();
-  QDir().mkpath(QFileInfo(target).path());
-  writeFile(work.filePath(u"AndroidManifest.xml"_s), manifest(*this).toUtf8());
-  QDir(work.path()).mkpath(u"res"_s);
-  QStringList arguments = {u"package"_s, u"-f"_s,   u"-M"_s, u"AndroidManifest.xml"_s,
-                           u"-I"_s,      framework, u"-F"_s, target};
+  QDir().mkpath(QFileInfo(file).absolutePath());
+  Archive archive(QFileInfo(file).absoluteFilePath());
+  bool added = archive.add(u"AndroidManifest.xml"_s, manifest(*this), true);
   if (split.isEmpty()) {
-    writeFile(work.filePath(u"res/values/strings.xml"_s), stringsFile(label));
-    for (auto it = localizedLabels.begin(); it != localizedLabels.end(); ++it) {
-      writeFile(work.filePath(u"res/values-%1/strings.xml"_s.arg(it.key())), stringsFile(it.value()));
-    }
+    added = added && archive.add(u"resources.arsc"_s, resources(*this), false);
     for (const Density& density : kDensities) {
-      if (!icon && iconPng.isEmpty()) break;
-      writeFile(work.filePath(u"res/%1/ic_launcher.png"_s.arg(QLatin1StringView(density.folder))),
-                iconPng.isEmpty() ? drawnIcon(package, density.size) : iconPng);
+      if (hasIcon())
+        added = added && archive.add(iconPath(density),
+                                     iconPng.isEmpty() ? drawnIcon(package, density.size) : iconPng, false);
     }
-    arguments << u"-S"_s << u"res"_s;
   }
-  if (const QString problem = runAapt(work.path(), arguments); !problem.isEmpty()) return problem;
-
-  // aapt stores an added file under the path it was given, so those are the paths inside the package.
   QMap<QString, QByteArray> files = extraFiles;
   for (const QString& abi : nativeCode) files.insert(u"lib/%1/libmain.so"_s.arg(abi), QByteArray(64, '\x7f'));
   if (paddingBytes > 0) files.insert(u"assets/padding.bin"_s, randomBytes(paddingBytes));
-  if (files.isEmpty()) return {};
-  for (auto it = files.begin(); it != files.end(); ++it) {
-    if (!writeFile(work.filePath(it.key()), it.value())) return "cannot write "_L1 + it.key();
-  }
-  return runAapt(work.path(), QStringList{u"add"_s, u"-0"_s, u"bin"_s, target} + files.keys());
+  for (auto it = files.begin(); it != files.end(); ++it)
+    added = added && archive.add(it.key(), it.value(), !it.key().endsWith(".bin"_L1));
+  return added && archive.close() ? QString() : "cannot write "_L1 + file;
 }
 
 }  // namespace orvanta

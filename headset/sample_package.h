@@ -15,7 +15,7 @@ struct SamplePackage {
   int minSdk = 23;
   int targetSdk = 29;
   QString label = QStringLiteral("Example");
-  QMap<QString, QString> localizedLabels = {};  ///< by resource qualifier, such as "zh-rCN"
+  QMap<QString, QString> localizedLabels = {};  ///< by language or language and region, such as "zh-rCN"
   QStringList permissions = {};                 ///< full names
   QStringList features = {};                    ///< required features, full names
   QString split = {};                           ///< makes a split package of that name
@@ -28,12 +28,14 @@ struct SamplePackage {
   QMap<QString, QByteArray> extraFiles = {};  ///< by their path in the package
   qint64 paddingBytes = 0;                    ///< incompressible bytes, to make the package large
 
-  /// Writes the package to `file` with the real aapt. On failure the reason, else an empty text.
+  bool hasIcon() const { return icon || !iconPng.isEmpty(); }
+
+  /// Writes the package to `file`. On failure the reason, else an empty text.
   [[nodiscard]] QString write(const QString& file) const;
 };
 
-/// The framework resources that aapt needs, from Debian's android-framework-res or an SDK; empty if there are
-/// none.
+/// The framework resources that the real aapt needs to make a package, from Debian's android-framework-res or
+/// an SDK; empty if there are none.
 QString frameworkResources();
 
 }  // namespace orvanta

@@ -56,7 +56,7 @@ class FileSource final : public ByteSource {
   FileSource& operator=(const FileSource&) = delete;
   ~FileSource() override;
 
-  /// False when the file cannot be opened for reading.
+  /// False when the file cannot be opened for reading. Others may go on writing it, rename it and delete it.
   bool open(const char* path);
 
   uint64_t size() const override { return m_size; }
@@ -64,8 +64,17 @@ class FileSource final : public ByteSource {
   Blob map(uint64_t offset, size_t length) const override;
 
  private:
-  int m_descriptor = -1;
+  intptr_t m_file = -1;  // as the system names an open file
   uint64_t m_size = 0;
 };
+
+enum class PathKind { Nothing, File, Folder };
+
+/// What there is at `path`, links followed.
+PathKind kindOf(const char* path);
+
+/// From now on the process says `message` and ends with code 1 where a mapped file becomes shorter while it
+/// is read, as one that is being written can.
+void endIfFileShrinks(const char* message);
 
 }  // namespace orvanta::badging

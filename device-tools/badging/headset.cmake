@@ -49,10 +49,11 @@ foreach(file ${zlib_files})
   list(APPEND headset_objects "${object}")
 endforeach()
 foreach(file ${badging_sources} main.cpp)
-  set(object "${headset_folder}/${file}.o")
+  get_filename_component(object "${file}" NAME)
+  set(object "${headset_folder}/${object}.o")
   add_custom_command(OUTPUT "${object}"
     COMMAND "${ORVANTA_AARCH64_CXX}" -std=c++20 ${headset_flags} -fno-exceptions -fno-rtti -Wall -Wextra
-            -isystem "${zlib_folder}" -MD -MF "${object}.d" -c "${CMAKE_CURRENT_SOURCE_DIR}/${file}" -o "${object}"
+            -I "${CMAKE_CURRENT_SOURCE_DIR}" -isystem "${zlib_folder}" -MD -MF "${object}.d" -c "${CMAKE_CURRENT_SOURCE_DIR}/${file}" -o "${object}"
     DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}" "${zlib_folder}/inflate.c" DEPFILE "${object}.d" VERBATIM)
   list(APPEND headset_objects "${object}")
 endforeach()

@@ -1,8 +1,5 @@
-// A small replacement for aapt, which devices do not have: prints the badging of a package on the device.
+// A small replacement for aapt, on the headset and on the desktop: prints the badging of a package.
 
-#include <errno.h>
-#include <stdlib.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <string_view>
@@ -14,6 +11,7 @@ namespace {
 
 using orvanta::badging::FileSource;
 using orvanta::badging::Output;
+using orvanta::badging::PathKind;
 
 constexpr int kUsageError = 2;
 
@@ -44,12 +42,17 @@ int main(int argc, char** argv) {
     return 1;
   }
   const char* path = words[2].data();
-  struct stat status = {};
-  if (stat(path, &status) != 0 || !(S_ISREG(status.st_mode) || S_ISDIR(status.st_mode))) {
+  const PathKind kind = orvanta::badging::kindOf(path);
+  if (kind == PathKind::Nothing) {
     errors << "ERROR: dump failed because assets could not be loaded\n";
     return 1;
   }
+  orvanta::badging::endIfFileShrinks(
+      "ERROR: dump failed because the file became shorter while it was read\n");
   FileSource source;
-  if (S_ISREG(status.st_mode)) source.open(path);
+  if (kind == PathKind::File && !source.open(path)) {
+    errors << "ERROR: dump failed because the file cannot be opened; another program may be using it\n";
+    return 1;
+  }
   return orvanta::badging::dump(words[1], source, output, errors);
 }

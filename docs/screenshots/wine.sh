@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # The program for Windows under Wine instead of the one for this system: how it is started and where it keeps its
-# settings. It reaches the real adb and aapt through a relay. Sourced by make, which has the variables that are not
+# settings. It reaches the real adb through a relay. Sourced by make, which has the variables that are not
 # set here.
 # shellcheck disable=SC2154
 
@@ -12,14 +12,14 @@ windows_folder=""  # of the program, with its tools beside it
 prepare_wine() {
   ORVANTA_WINDOWS_KIT=$("$project_root/packaging/windows/build-kit") || fail "The libraries for Windows are missing."
   export ORVANTA_WINDOWS_KIT
-  build windows orvanta relay_adb relay_aapt
+  build windows orvanta relay_adb
 }
 
 # start_wine: a Wine home, the program with the relayed tools beside it, and the relay's other half.
 start_wine() {
   windows_folder="$stage/Orvanta"
   mkdir "$windows_folder"
-  cp "$project_root/build/windows/bin/orvanta.exe" "$project_root/build/windows/packaging/windows/relay/"{adb,aapt}.exe \
+  cp "$project_root/build/windows/bin/"{orvanta,aapt}.exe "$project_root/build/windows/packaging/windows/relay/adb.exe" \
     "$project_root/build/dev/bin/aapt-arm-pie" "$windows_folder/"
   ORVANTA_RELAY_PORT=$(free_port)
   export ORVANTA_RELAY_PORT

@@ -8,10 +8,11 @@ readonly project_root
 
 # The one list of Debian packages. Ubuntu has the same names.
 declare -rA debian_packages=(
-  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qt6-l10n-tools qt6-translations-l10n qcoro-qt6-dev libzip-dev libssl-dev zlib1g-dev adb aapt fonts-noto-cjk"
+  [build]="g++ cmake ninja-build pkgconf qt6-base-dev qt6-l10n-tools qt6-translations-l10n qcoro-qt6-dev libzip-dev libssl-dev zlib1g-dev adb fonts-noto-cjk"
   [device-tool]="g++-aarch64-linux-gnu binutils-source xz-utils"
-  [headset]="bubblewrap busybox-static android-framework-res qemu-user-static"
+  [headset]="bubblewrap busybox-static qemu-user-static"
   [test]="desktop-file-utils libglib2.0-bin"
+  [comparison]="aapt android-framework-res"
   [lint]="git clang-format-14 clang-tidy-14 shellcheck codespell libbenchmark-dev"
   [virtual-display]="xvfb openbox xdotool x11-utils xclip imagemagick"
   [pictures]="optipng"

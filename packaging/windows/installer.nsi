@@ -27,7 +27,7 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "Copyright (c) 2026 The Orvanta develop
 !define MUI_UNICON "${STAGE}\..\orvanta.ico"
 !define MUI_ABORTWARNING
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\README.txt"
-!define MUI_FINISHPAGE_TEXT "Orvanta needs adb.exe and aapt.exe in its folder. README.txt tells where they come from."
+!define MUI_FINISHPAGE_TEXT "Orvanta needs adb.exe in its folder. README.txt tells where it comes from."
 !insertmacro MUI_PAGE_LICENSE "${STAGE}\licences\Orvanta.txt"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
@@ -42,6 +42,22 @@ Section
   ; A program that runs cannot be replaced; the installer then asks to try again.
   File "${STAGE}\orvanta.exe"
   File "${STAGE}\aapt-arm-pie"
+  ; Another aapt.exe is the user's and stays. Ours is known by its time, which was kept when it was put there.
+  ClearErrors
+  GetFileTime "$INSTDIR\aapt.exe" $0 $1
+  ${If} ${Errors}
+    StrCpy $2 "ours"
+  ${Else}
+    ReadRegStr $2 HKCU "Software\Orvanta\Installer" "Aapt"
+    ${If} $2 == "$0 $1"
+      StrCpy $2 "ours"
+    ${EndIf}
+  ${EndIf}
+  ${If} $2 == "ours"
+    File "${STAGE}\aapt.exe"
+    GetFileTime "$INSTDIR\aapt.exe" $0 $1
+    WriteRegStr HKCU "Software\Orvanta\Installer" "Aapt" "$0 $1"
+  ${EndIf}
   File "${STAGE}\README.txt"
   SetOutPath "$INSTDIR\licences"
   File "${STAGE}\licences\*.*"
@@ -62,7 +78,7 @@ Section
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" "$0"
 SectionEnd
 
-; Takes away what the installer brought and nothing else: adb.exe, aapt.exe and whatever else lies there are the
+; Takes away what the installer brought and nothing else: adb.exe, another aapt.exe and whatever else lies there are the
 ; user's, and the folder goes only if it is empty. The settings stay. The file manager's entry goes if it leads here.
 Section "Uninstall"
   Delete "$INSTDIR\orvanta.exe"
@@ -70,6 +86,11 @@ Section "Uninstall"
     MessageBox MB_ICONSTOP "Orvanta is still running. Close it and try again." /SD IDOK
     Abort
   Delete "$INSTDIR\aapt-arm-pie"
+  GetFileTime "$INSTDIR\aapt.exe" $0 $1
+  ReadRegStr $2 HKCU "Software\Orvanta\Installer" "Aapt"
+  ${If} $2 == "$0 $1"
+    Delete "$INSTDIR\aapt.exe"
+  ${EndIf}
   Delete "$INSTDIR\README.txt"
   Delete "$INSTDIR\licences\*.txt"
   RMDir "$INSTDIR\licences"

@@ -1,10 +1,14 @@
 // The reader of packages against the real aapt: the same lines, the same errors, the same exit code, also for
 // broken and hostile packages, which must cost little.
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "device-tools/badging/byte_source.h"
 #include "package_maker.h"
 #include "sample_package.h"
 #include "support/files.h"
@@ -153,6 +157,55 @@ class TestBadging : public QObject {
       row(part.constData(), manifestWith(application(part)));
   }
 
+  /// What all other tests are made with says the same to both.
+  void samplePackages() {
+    const QList<SamplePackage> samples = {
+        {},
+        {.package = u"com.example.long.name"_s, .versionCode = 2'000'000'000, .versionName = u"3.5 'beta'"_s},
+        {.minSdk = 16, .targetSdk = 35, .label = uR"(It's "quoted" \ @ 包 🏌)"_s, .icon = true},
+        {.label = QString(40'000, u'長'),
+         .localizedLabels = {{u"zh-rCN"_s, u"应用"_s}, {u"de"_s, u"Größe"_s}}},
+        {.permissions = {u"android.permission.CAMERA"_s, u"android.permission.WRITE_EXTERNAL_STORAGE"_s},
+         .features = {u"android.hardware.vr.headtracking"_s, u"android.hardware.wifi"_s}},
+        {.label = {}, .iconPng = "no picture", .launchable = false, .testOnly = true},
+        {.splitRequired = true, .nativeCode = {u"arm64-v8a"_s}, .paddingBytes = 100'000},
+        {.split = u"config.zh"_s, .extraFiles = {{u"assets/a"_s, QByteArray(5'000, 'a')}}},
+    };
+    const QString file = path(u"sample.apk"_s);
+    for (const SamplePackage& sample : samples) {
+      QCOMPARE(sample.write(file), QString());
+      const Badging read = test::badging(ours(), file);
+      QCOMPARE(read.exitCode, 0);
+      QCOMPARE(read.count("application-icon-"), sample.hasIcon() ? 3 : 0);
+      QCOMPARE(read.count("launchable-activity:"), sample.launchable && sample.split.isEmpty() ? 1 : 0);
+      COMPARE_WITH_AAPT(file);
+    }
+  }
+
+  /// A file that is being written can become shorter while parts of it are mapped.
+  void shrinkingFile() {
+    const QString file = path(u"shrinking"_s);
+    QVERIFY(writeFile(file, QByteArray(100'000, 'x')));
+    int ends[2];
+    QCOMPARE(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      dup2(ends[1], STDERR_FILENO);
+      orvanta::badging::endIfFileShrinks("it shrank");
+      orvanta::badging::FileSource source;
+      source.open(QFile::encodeName(file).constData());
+      const orvanta::badging::Blob all = source.map(0, 100'000);
+      if (truncate(QFile::encodeName(file).constData(), 0) != 0) _exit(2);
+      _exit(all.bytes().u8(90'000) == 'x' ? 3 : 4);
+    }
+    int status = 0;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    char words[16] = {};
+    QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+    QCOMPARE(::read(ends[0], words, sizeof(words)), 9);
+    QCOMPARE(QByteArray(words), "it shrank");
+  }
+
   void otherFiles() {
     for (const QString& file : {frameworkResources(), path(u"absent.apk"_s), u"/dev/null"_s})
       COMPARE_WITH_AAPT(file);
@@ -203,13 +256,13 @@ class TestBadging : public QObject {
     PackageParts parts = {{u"AndroidManifest.xml"_s, labelManifest()},
                           {u"resources.arsc"_s, makeTable(versions)}};
     QVERIFY(writeParts(file, parts));
-    const Badging expected = badging(u"aapt"_s, file);
+    const Badging expected = test::badging(u"aapt"_s, file);
     QCOMPARE(expected.count("application-icon-"), 5);
     for (const TableForm form :
          {TableForm::Plain, TableForm::Sparse, TableForm::Offset16, TableForm::Compact}) {
       parts[u"resources.arsc"_s] = makeTable(versions, form);
       QVERIFY(writeParts(file, parts, true));
-      QCOMPARE(badging(ours(), file).text(), expected.text());
+      QCOMPARE(test::badging(ours(), file).text(), expected.text());
     }
   }
 
@@ -291,7 +344,7 @@ class TestBadging : public QObject {
                          refused));
       QElapsedTimer timer;
       timer.start();
-      const Badging result = badging(u"sh"_s, file, {u"-c"_s, kLimit, ours()});
+      const Badging result = test::badging(u"sh"_s, file, {u"-c"_s, kLimit, ours()});
       QVERIFY2(timer.elapsed() < 20'000, QByteArray::number(timer.elapsed()).constData());
       QCOMPARE(result.exitCode, refused ? 1 : 0);
       QCOMPARE(result.errors.isEmpty(), !refused);

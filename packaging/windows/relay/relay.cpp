@@ -1,6 +1,6 @@
-// Plays adb.exe and aapt.exe under Wine with the real tools of the machine that Wine runs on: hands the words
-// of its command line to relay-server on the loopback and prints what comes back, with the line ends of
-// Windows. So the program for Windows meets the virtual headset.
+// Plays adb.exe under Wine with the real adb of the machine that Wine runs on: hands the words of its command
+// line to relay-server on the loopback and prints what comes back, with the line ends of Windows. So the
+// program for Windows meets the virtual headset.
 #include <winsock2.h>
 
 #include <windows.h>
