@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QSessionManager>
 
 #include "apk/icon_extraction.h"
@@ -13,9 +14,19 @@
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
 #include "platform/command_text.h"
+#include "platform/tool_place.h"
 #include "platform/usb_devices.h"
 
 namespace orvanta {
+
+namespace {
+
+QStringList toolPlaces() {
+  return placesOfTool(QProcessEnvironment::systemEnvironment(), QDir::homePath(),
+                      QCoreApplication::applicationDirPath());
+}
+
+}  // namespace
 
 Application::Application(Desktop& desktop, std::function<void()> endProcess)
     : m_bench(desktop),
@@ -29,11 +40,11 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_watcher(m_bench, [this] { return QApplication::activeWindow() == &m_apkinfo; }),
       m_chooser(
           m_bench, m_settings, [this] { m_watcher.lookAnew(); }, &m_apkinfo),
-      m_remedies(m_bench,
-                 {[this] { m_watcher.lookAnew(); }, [this] { m_chooser.choose(); }, [this] { startAnew(); }}),
+      m_remedies(m_bench, {[this] { m_watcher.lookAnew(); }, [this] { m_chooser.choose(); },
+                           [this] { startAnew(); }, toolPlaces}),
       m_doctor(
           m_bench, [this](ConnectionAction action) { m_remedies.carryOut(action); },
-          [] { return isDebuggablePluggedIn(); }),
+          [] { return isDebuggablePluggedIn(); }, toolPlaces),
       m_install(m_bench, &m_apkinfo),
       m_uninstall(m_bench),
       m_Form1(m_bench.state, &m_apkinfo),

@@ -41,6 +41,12 @@ const QList<Row>& table() {
        {u"请选择 adb 所在的文件夹（Android SDK Platform-Tools），它会被链接或复制到本程序旁边。"_s,
         u"Choose the folder that adb is in (Android SDK Platform Tools); it is then linked or copied to the "
         "folder of this program."_s}},
+      {State::ToolElsewhere,
+       Sign::Error,
+       Action::ChooseToolFolder,
+       {u"adb 不在本程序旁边，但电脑里有"_s, u"adb is on this computer, but not here"_s},
+       {u"点“选择文件夹…”，它会从这里链接或复制到本程序旁边：%1"_s,
+        u"“Choose Folder…” links or copies it to the folder of this program, from: %1"_s}},
       {State::ToolNotExecutable,
        Sign::Error,
        Action::ChooseToolFolder,
@@ -232,6 +238,8 @@ Connection foundWithout(const DeviceList& list, const ConnectionFacts& facts) {
 }  // namespace
 
 Connection diagnose(const ConnectionFacts& facts) {
+  if (facts.tool == ConnectionFacts::Tool::Missing && !facts.toolPlaces.isEmpty())
+    return found(State::ToolElsewhere, facts.toolPlaces.join(u", "_s));
   if (facts.tool == ConnectionFacts::Tool::Missing) return found(State::ToolMissing);
   if (facts.tool == ConnectionFacts::Tool::NotExecutable) return found(State::ToolNotExecutable);
   if (!facts.inFront) return found(State::Paused);

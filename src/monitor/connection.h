@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 #include "text/bilingual.h"
@@ -20,11 +21,13 @@ struct ConnectionFacts {
                                        ///< server; nothing before the first one
   QString chosenSerial = {};           ///< the device that the user chose; may be empty
   std::optional<bool> pluggedIn = {};  ///< whether a USB device offers debugging (platform/usb_devices.h)
+  QStringList toolPlaces = {};         ///< folders that have adb, where it is missing beside the program
   bool listUsedUp = false;             ///< the list of apps was closed and does not open again
 };
 
 enum class ConnectionState {
   ToolMissing,
+  ToolElsewhere,  ///< missing beside the program, but on this computer
   ToolNotExecutable,
   Paused,
   ServerSilent,

@@ -9,8 +9,12 @@
 namespace orvanta {
 
 ConnectionDoctor::ConnectionDoctor(Workbench& bench, std::function<void(ConnectionAction)> act,
-                                   std::function<std::optional<bool>()> pluggedIn)
-    : m_bench(bench), m_act(std::move(act)), m_pluggedIn(std::move(pluggedIn)) {
+                                   std::function<std::optional<bool>()> pluggedIn,
+                                   std::function<QStringList()> toolPlaces)
+    : m_bench(bench),
+      m_act(std::move(act)),
+      m_pluggedIn(std::move(pluggedIn)),
+      m_toolPlaces(std::move(toolPlaces)) {
   reconsider();
 }
 
@@ -21,6 +25,7 @@ void ConnectionDoctor::consider(const ConnectionFacts& seen) {
   facts.listUsedUp = m_bench.state.InstalledAppsClosed();
   if (seen.inFront && seen.answer && readDevices(*seen.answer).devices.isEmpty())
     facts.pluggedIn = m_pluggedIn();
+  if (seen.tool == ConnectionFacts::Tool::Missing) facts.toolPlaces = m_toolPlaces();
   m_connection = diagnose(facts);
   const ConnectionAction action = m_connection.action;
   m_bench.status.setConnection({m_connection.sign, m_connection.sentence, m_connection.remedy,

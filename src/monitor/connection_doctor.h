@@ -17,9 +17,9 @@ class ConnectionDoctor : public QObject {
 
  public:
   /// `act` carries out what the line's button offers. `pluggedIn` looks at the USB ports; it is asked only
-  /// while adb lists nothing.
+  /// while adb lists nothing. `toolPlaces` looks for adb on this computer, only while it is missing.
   ConnectionDoctor(Workbench& bench, std::function<void(ConnectionAction)> act,
-                   std::function<std::optional<bool>()> pluggedIn);
+                   std::function<std::optional<bool>()> pluggedIn, std::function<QStringList()> toolPlaces);
 
   /// What the watcher has seen; the choice of the user and the list of apps are looked up here.
   void consider(const ConnectionFacts& seen);
@@ -32,6 +32,7 @@ class ConnectionDoctor : public QObject {
   Workbench& m_bench;
   std::function<void(ConnectionAction)> m_act;
   std::function<std::optional<bool>()> m_pluggedIn;
+  std::function<QStringList()> m_toolPlaces;
   ConnectionFacts m_seen;
   Connection m_connection;
 };

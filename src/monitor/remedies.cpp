@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QDir>
 #include <QGuiApplication>
 
 #include "adb/lines.h"
@@ -67,8 +68,25 @@ void Remedies::carryOut(ConnectionAction action) {
 }
 
 QCoro::Task<> Remedies::ChooseToolFolder() {
-  const QString folder =
-      co_await m_bench.desktop.askFolder(inFace(u"adb 所在的文件夹"_s, u"The folder that adb is in"_s));
+  const QString title = inFace(u"adb 所在的文件夹"_s, u"The folder that adb is in"_s);
+  const QStringList places = m_ways.toolPlaces();
+  QString folder;
+  int choice = 0;
+  if (!places.isEmpty()) {
+    ChoiceQuestion question;
+    question.title = title;
+    question.text = inFace(u"这些文件夹里有 adb，选一个放到本程序旁边"_s,
+                           u"These have adb; choose which goes beside this program"_s);
+    for (const QString& place : places) question.choices << QDir::toNativeSeparators(place);
+    question.choices << inFace(u"其他文件夹…"_s, u"Another folder…"_s);
+    choice = co_await m_bench.desktop.askChoice(question);
+    if (choice < 0) co_return;
+  }
+  if (choice < places.size()) {
+    folder = places[choice];
+  } else {
+    folder = co_await m_bench.desktop.askFolder(title);
+  }
   if (folder.isEmpty()) co_return;
   const ToolPlacing placing = placeTool(folder, QCoreApplication::applicationDirPath());
   if (placing.outcome == ToolPlacing::Outcome::Placed) {

@@ -18,7 +18,8 @@ class Remedies : public QObject {
   struct Ways {
     std::function<void()> lookAnew;  ///< asks adb at once, since something has changed
     std::function<void()> chooseDevice;
-    std::function<void()> startAnew;  ///< ends the program and starts it again
+    std::function<void()> startAnew;          ///< ends the program and starts it again
+    std::function<QStringList()> toolPlaces;  ///< folders of this computer that have adb
   };
   Remedies(Workbench& bench, Ways ways);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QProcessEnvironment>
 #include <QString>
+#include <QStringList>
 
 namespace orvanta {
 
@@ -21,5 +23,10 @@ struct ToolPlacing {
 /// links it, Windows copies it with its two libraries. What stands there under the name, and is no link, is
 /// kept as `adb.old`, `adb.old2` ...
 ToolPlacing placeTool(const QString& folder, const QString& programFolder);
+
+/// Folders of this computer from which placeTool() can take adb, each once: those of the path, of
+/// `ANDROID_HOME` and `ANDROID_SDK_ROOT`, and the usual ones below the user's `home` and elsewhere.
+QStringList placesOfTool(const QProcessEnvironment& environment, const QString& home,
+                         const QString& programFolder);
 
 }  // namespace orvanta

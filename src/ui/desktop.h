@@ -2,6 +2,7 @@
 
 #include <QCoroTask>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 namespace orvanta {
@@ -28,6 +29,13 @@ struct SaveFileQuestion {
   QStringList filters;
 };
 
+/// One of several things, each in a line of its own.
+struct ChoiceQuestion {
+  QString title;
+  QString text;
+  QStringList choices;
+};
+
 /// How the program addresses the user: boxes, dialogs, the beep, and what it opens in other programs. The
 /// program uses the real ones; a test answers from a list and records what was asked.
 class Desktop {
@@ -41,6 +49,8 @@ class Desktop {
   virtual QCoro::Task<QString> askSaveFile(SaveFileQuestion question) = 0;
   /// The chosen folder in the host's own form, empty when the dialog was cancelled.
   virtual QCoro::Task<QString> askFolder(QString title) = 0;
+  /// The place in the list of what was chosen, the first being 0; less where the dialog was cancelled.
+  virtual QCoro::Task<int> askChoice(ChoiceQuestion question) = 0;
   virtual void Beep() = 0;
   /// Tells a user who is in another program that something has ended.
   virtual void notify(const QString& title, const QString& text) = 0;

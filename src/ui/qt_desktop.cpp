@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPointer>
 #include <QStyle>
@@ -159,6 +160,20 @@ QCoro::Task<QString> QtDesktop::askFolder(QString title) {
   const QString path = co_await answered(dialog.get());
   if (!path.isEmpty()) m_lastFolder = QFileInfo(path).path();
   co_return path;
+}
+
+QCoro::Task<int> QtDesktop::askChoice(ChoiceQuestion question) {
+  if (!m_asks) co_return -1;
+  const Held dialog(new QInputDialog(topWindow()));
+  dialog->setWindowTitle(question.title);
+  dialog->setLabelText(question.text);
+  dialog->setComboBoxItems(question.choices);
+  dialog->setOption(QInputDialog::UseListViewForComboBoxItems);
+  dialog->setWindowModality(Qt::ApplicationModal);
+  dialog->open();
+  const bool closed = co_await Emitted(static_cast<QDialog*>(dialog.get()), &QDialog::finished);
+  if (!closed || dialog->result() != QDialog::Accepted) co_return -1;
+  co_return static_cast<int>(question.choices.indexOf(dialog->textValue()));
 }
 
 void QtDesktop::notify(const QString& title, const QString& text) {

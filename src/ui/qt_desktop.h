@@ -12,6 +12,7 @@ class QtDesktop : public Desktop {
   QCoro::Task<BoxAnswer> showBox(MessageBox box) override;
   QCoro::Task<QString> askSaveFile(SaveFileQuestion question) override;
   QCoro::Task<QString> askFolder(QString title) override;
+  QCoro::Task<int> askChoice(ChoiceQuestion question) override;
   void Beep() override;
   void notify(const QString& title, const QString& text) override;
   bool moveToWasteBin(const QString& path) override;

@@ -43,6 +43,10 @@ class ConnectionTest : public QObject {
       QString part = {};  ///< of the sentence or the remedy, in both languages
     } rows[] = {
         {{Tool::Missing, false, 60, ready}, State::ToolMissing, Action::ChooseToolFolder},
+        {{.tool = Tool::Missing, .toolPlaces = {u"/a"_s, u"/b c"_s}},
+         State::ToolElsewhere,
+         Action::ChooseToolFolder,
+         u"/a, /b c"_s},
         {{Tool::NotExecutable, true, 0, {}}, State::ToolNotExecutable, Action::ChooseToolFolder},
         {{Tool::Runs, false, 60, ready}, State::Paused, Action::None},
         {{Tool::Runs, true, 9, ready}, State::ServerSilent, Action::RestartServer, u" 9 "_s},

@@ -94,7 +94,7 @@ class WatcherTest : public QObject {
 
   void theLineTellsTheTruthOfAnyReply() {
     ConnectionDoctor doctor(
-        bench(), [](ConnectionAction) {}, [] { return std::optional<bool>(); });
+        bench(), [](ConnectionAction) {}, [] { return std::optional<bool>(); }, [] { return QStringList(); });
     connect(m_watcher.get(), &DeviceWatcher::seen, &doctor, &ConnectionDoctor::consider);
     const auto tells = [this] { return form().statusLine->text(); };
     const std::pair<QString, QString> rows[] = {

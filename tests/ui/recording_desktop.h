@@ -17,6 +17,8 @@ class RecordingDesktop : public Desktop {
   QList<QString> savePaths;  ///< what the next save dialogs give; then cancelled
   QList<QString> folderQuestions;
   QList<QString> folders;  ///< what the next folder dialogs give; then cancelled
+  QList<ChoiceQuestion> choiceQuestions;
+  QList<int> choices;  ///< what the next ones give; then cancelled
   QList<QUrl> opened;
   QStringList notifications;
   QString wasteBin;  ///< the folder of the waste bin; empty: there is none
@@ -41,6 +43,10 @@ class RecordingDesktop : public Desktop {
   QCoro::Task<QString> askFolder(QString title) override {
     folderQuestions << title;
     co_return folders.isEmpty() ? QString() : folders.takeFirst();
+  }
+  QCoro::Task<int> askChoice(ChoiceQuestion question) override {
+    choiceQuestions << question;
+    co_return choices.isEmpty() ? -1 : choices.takeFirst();
   }
   void Beep() override { ++beeps; }
   void notify(const QString&, const QString& text) override { notifications << text; }

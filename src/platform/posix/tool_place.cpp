@@ -33,4 +33,19 @@ ToolPlacing placeTool(const QString& folder, const QString& programFolder) {
           u"sudo ln -sf "_s + shellQuoted(tool.canonicalFilePath()) + u' ' + shellQuoted(target)};
 }
 
+QString wholeToolIn(const QString& folder) {
+  // A link of the distribution's leads to the tool itself, which lasts longer.
+  const QFileInfo tool(QFileInfo(folderOfTool(folder, u"adb"_s) + u"/adb"_s).canonicalFilePath());
+  return tool.isFile() && tool.isExecutable() && tool.fileName() == u"adb" ? tool.path() : QString();
+}
+
+QStringList usualToolFolders(const QProcessEnvironment&, const QString& home) {
+  QStringList folders = {u"/usr/lib/android-sdk"_s, u"/opt/android-sdk"_s, u"/usr/local/android-sdk"_s,
+                         u"/opt/platform-tools"_s};
+  for (const char* place : {"/Android/Sdk", "/Android/sdk", "/android-sdk", "/.android-sdk",
+                            "/platform-tools", "/Downloads/platform-tools", "/.local/share/platform-tools"})
+    folders << home + QLatin1StringView(place);
+  return folders;
+}
+
 }  // namespace orvanta

@@ -120,10 +120,27 @@ class SystemTest : public QObject {
     for (const QString& file : {u"sdk/platform-tools/adb"_s, u"plain/adb"_s, u"own/adb"_s})
       QVERIFY(writeFile(at(file), file.toUtf8()));
     const auto placed = [&](const QString& folder) { return placeTool(at(folder), at(u"own"_s)).outcome; };
+    QProcessEnvironment environment;
+    const auto offered = [&] {
+      QStringList places = placesOfTool(environment, at(u"home"_s), at(u"own"_s));
+      places.removeIf(
+          [&](const QString& path) { return !path.startsWith(place.path()); });  // this computer's
+      return places.replaceInStrings(place.path() + u'/', QString());
+    };
+    QVERIFY(writeFile(at(u"home/Android/Sdk/platform-tools/adb"_s), "home"));
+    QVERIFY(QDir().mkpath(at(u"bin"_s)) && QFile::link(at(u"sdk/platform-tools/adb"_s), at(u"bin/adb"_s)));
+    environment.insert(u"PATH"_s,
+                       u".:relative:"_s + at(u"own"_s) + u':' + at(u"bin"_s) + u':' + at(u"nowhere"_s));
+    environment.insert(u"ANDROID_HOME"_s, at(u"plain"_s));
+    environment.insert(u"ANDROID_SDK_ROOT"_s, at(u"sdk"_s));
+    QCOMPARE(offered(), QStringList());  // none may be run
     QCOMPARE(placed(u"nowhere"_s), Outcome::NotThere);
     QCOMPARE(placed(u"plain"_s), Outcome::NotRunnable);
-    for (const QString& file : {u"sdk/platform-tools/adb"_s, u"plain/adb"_s})
+    for (const QString& file : {u"sdk/platform-tools/adb"_s, u"plain/adb"_s, u"own/adb"_s,
+                                u"home/Android/Sdk/platform-tools/adb"_s})
       QFile::setPermissions(at(file), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(offered(),
+             (QStringList{u"sdk/platform-tools"_s, u"plain"_s, u"home/Android/Sdk/platform-tools"_s}));
     QCOMPARE(placed(u"sdk"_s), Outcome::Placed);
     QCOMPARE(readFile(at(u"own/adb"_s)), QByteArray("sdk/platform-tools/adb"));
     QCOMPARE(readFile(at(u"own/adb.old"_s)), QByteArray("own/adb"));  // it was somebody's
