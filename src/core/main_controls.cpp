@@ -148,11 +148,12 @@ void MainControls::createCommands(Form* form) {
   Command6 = button(u"Command6", Designed(u"ADB 命令行"), Designed(u"Run ADB Command on Device"), "Alt+A");
   Command10 = button(u"Command10", Designed(u"未安装的应用"), Designed(u"卸载选定的游戏程序"));
   Command3 = button(u"Command3", Designed(u"撤消资源管理器菜单集成"), {});
-  // They are out of view, where the tab key must not go.
-  for (Button* outOfView : {Command10, Command3}) outOfView->setFocusPolicy(Qt::NoFocus);
+  // They are out of view, where neither the tab key nor a screen reader must go.
+  for (Button* outOfView : {Command10, Command3}) outOfView->hide();
   QFont strong = Command1->font();
   strong.setBold(true);
   Command1->setFont(strong);
+  Command1->setFirstAction();
 
   statusLine = new StatusLine(form);
   busyStrip = new BusyStrip(form);

@@ -12,7 +12,7 @@ namespace orvanta {
 
 namespace {
 
-constexpr QSize frameTwips{5895, 735};
+constexpr QSize frameTwips{6105, 735};
 constexpr QSize buttonTwips{615, 375};
 constexpr int gap = 6;
 

@@ -265,7 +265,9 @@ void Form4::MSFlexGrid1_MouseMove(Qt::MouseButtons Button) {
   const QString t = grid.TextMatrix(row, col);
   const int room = row == 0 ? cellRoom + FlexGridHeader::arrowRoom : cellRoom;
   const bool cut = textWidth(t, QFontMetricsF(grid.font())) + room > grid.columnWidth(col);
-  grid.setToolTip(cut ? t.trimmed() : QString());
+  QString tip = cut ? t.trimmed() : QString();
+  if (row == 0 && columns[col].kind == CellKind::Size) tip = t.trimmed() + u" (MiB)"_s;
+  grid.setToolTip(tip);
 }
 
 void Form4::MSFlexGrid1_MouseDown(Qt::MouseButton Button) {
@@ -333,6 +335,10 @@ void Form4::countShown() {
     text +=
         u"  ·  "_s + inFace(u"已勾选 %1"_s, u"%1 checked"_s, u"已勾选 %1 (checked)"_s).arg(m_checked.size());
   lblShown->setCaption(text);
+  MSFlexGrid1->setToldWhenEmpty(
+      apps->rowCount() == 0
+          ? QString()
+          : inFace(u"没有找到：按 Esc 清除搜索"_s, u"Nothing found: press Esc to clear the search"_s));
 }
 
 void Form4::resizeEvent(QResizeEvent* event) {

@@ -26,7 +26,10 @@ template <class Control>
 void wordButton(Control* control, const Text& caption, const Text& toolTip, const Text& accessibleName) {
   if (caption.isEmpty()) return;
   worded(control, [=] {
+    // The toolkit takes the key from the caption, which has none.
+    const QKeySequence key = control->shortcut();
     control->setText(caption.shown());
+    control->setShortcut(key);
     control->setToolTip(toolTip.shown());
     control->setAccessibleName(accessibleName.isEmpty() ? caption.shown() : accessibleName.shown());
   });
@@ -135,6 +138,14 @@ void Button::setBackColor(FormColor color) {
   colored.setColor(QPalette::Button, ground);
   colored.setColor(QPalette::ButtonText, readableOn(ground));
   setPalette(colored);
+}
+
+void Button::setFirstAction() {
+  setProperty("firstAction", true);
+  QPalette dark;
+  for (const auto group : {QPalette::Active, QPalette::Inactive})
+    dark.setColor(group, QPalette::ButtonText, theme::accentText());
+  setPalette(dark);
 }
 
 CheckBox::CheckBox(const QString& designName, const Text& caption, const Text& toolTip, QWidget* parent)

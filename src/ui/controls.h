@@ -74,6 +74,8 @@ class Button : public QPushButton {
 
   FormColor BackColor() const { return m_backColor; }
   void setBackColor(FormColor color);
+  /// Marks it as the action that its window is for.
+  void setFirstAction();
 
  private:
   FormColor m_backColor = systemButtonFace;

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include "text/text.h"
@@ -81,6 +82,19 @@ void FlexGrid::showChecks(std::function<bool(int record)> isChecked) {
   connect(m_checkAll, &QCheckBox::clicked, this, &FlexGrid::CheckAllPressed);
   m_checks->show();
   m_corner->show();
+}
+
+void FlexGrid::setToldWhenEmpty(const QString& text) {
+  m_toldWhenEmpty = text;
+  viewport()->update();
+}
+
+void FlexGrid::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (m_rows->rowCount() > 0) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_toldWhenEmpty);
 }
 
 void FlexGrid::checksChanged(Qt::CheckState all) {

@@ -59,6 +59,9 @@ class FlexGrid : public QTableView {
   /// The cell with its own background.
   std::optional<QColor> CellBackColor(int row, int col) const;
 
+  /// What is shown in the place of rows when a search has hidden them all.
+  void setToldWhenEmpty(const QString& text);
+
   /// A text for the owner's use.
   QString Tag;
 
@@ -91,6 +94,7 @@ class FlexGrid : public QTableView {
 
  protected:
   void updateGeometries() override;
+  void paintEvent(QPaintEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -122,6 +126,7 @@ class FlexGrid : public QTableView {
   CheckHeader* m_checks;
   QWidget* m_corner;
   QCheckBox* m_checkAll;
+  QString m_toldWhenEmpty;
   int m_row = 1;
   int m_col = 0;
   Cell m_mouse;

@@ -18,10 +18,10 @@ struct Scheme {
 };
 
 const Scheme lightScheme{QColor(0xf4f5f7), QColor(0xffffff), QColor(0xf0f1f4),
-                         QColor(0x1d2230), QColor(0x9197a5), QColor(0xfdfdfe),
+                         QColor(0x1d2230), QColor(0x696f7d), QColor(0xfdfdfe),
                          QColor(0xd2d6de), QColor(0x2f6f9f), QColor(0x1f6fb0)};
 const Scheme darkScheme{QColor(0x1e212b), QColor(0x161922), QColor(0x242835),
-                        QColor(0xe8eaf0), QColor(0x858b9c), QColor(0x2c3140),
+                        QColor(0xe8eaf0), QColor(0x9aa0b0), QColor(0x2c3140),
                         QColor(0x3c4254), QColor(0x3d86bd), QColor(0x6db7ee)};
 
 QPalette paletteOf(const Scheme& s) {
@@ -103,6 +103,10 @@ QColor captionText(const QPalette& palette) {
 
 QColor accent() {
   return {0xe0, 0x6c, 0x00};
+}
+
+QColor accentText() {
+  return {0x1d, 0x12, 0x00};
 }
 
 }  // namespace orvanta::theme

@@ -24,5 +24,7 @@ QColor frameGround(const QPalette& palette);
 QColor captionText(const QPalette& palette);
 /// The accent for the one button that matters most, and for progress.
 QColor accent();
+/// Text on it.
+QColor accentText();
 
 }  // namespace orvanta::theme

@@ -1,10 +1,12 @@
 #include "ui/theme_style.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QStyleOption>
 
+#include "ui/status_sign.h"
 #include "ui/theme.h"
 
 using namespace Qt::StringLiterals;
@@ -17,11 +19,15 @@ QRectF inner(const QRect& rect) {
   return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
 }
 
-void drawButton(const QStyleOption& option, QPainter& painter) {
+void drawButton(const QStyleOption& option, bool firstAction, QPainter& painter) {
   const bool enabled = option.state & QStyle::State_Enabled;
   const bool dark = option.palette.color(QPalette::Window).lightness() < 128;
   QColor ground = option.palette.color(QPalette::Button);
   QColor line = theme::frameLine(option.palette);
+  if (firstAction && enabled) {
+    ground = theme::accent();
+    line = ground.darker(115);
+  }
   if (!enabled) {
     ground.setAlphaF(0.5F);
   } else if (option.state & (QStyle::State_Sunken | QStyle::State_On)) {
@@ -77,7 +83,7 @@ void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
   if (element == PE_PanelButtonCommand) {
-    drawButton(*option, *painter);
+    drawButton(*option, widget != nullptr && widget->property("firstAction").toBool(), *painter);
   } else {
     drawCheckBox(*option, *painter);
   }
@@ -87,7 +93,38 @@ void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
 int ThemeStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* data) const {
   if (hint == SH_ToolTip_WakeUpDelay) return 500;
+  if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
   return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QIcon ThemeStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* option,
+                               const QWidget* widget) const {
+  const auto sign = [pixmap] {
+    switch (pixmap) {
+      case SP_MessageBoxInformation:
+      case SP_MessageBoxQuestion:
+        return Status::Sign::Hint;
+      case SP_MessageBoxWarning:
+        return Status::Sign::Warning;
+      case SP_MessageBoxCritical:
+        return Status::Sign::Error;
+      default:
+        return Status::Sign::None;
+    }
+  }();
+  if (sign == Status::Sign::None) return QProxyStyle::standardIcon(pixmap, option, widget);
+  constexpr int size = 32;
+  QIcon icon;
+  for (const int scale : {1, 2, 3}) {
+    QPixmap picture(size * scale, size * scale);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawSign(sign, QRectF(2, 2, size - 4, size - 4), QApplication::palette(), painter);
+    icon.addPixmap(picture);
+  }
+  return icon;
 }
 
 int ThemeStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
