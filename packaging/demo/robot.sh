@@ -40,7 +40,7 @@ find_window() {
 # title_of WINDOW: the beginning of its title in the face of ORVANTA_LANGUAGE, as a regular expression.
 title_of() {
   case ${ORVANTA_LANGUAGE-original}:$1 in
-    *:main) echo '^Orvanta - ' ;;
+    *:main) echo '^Orvanta [0-9.]+ - ' ;;
     zh:help) echo '^帮助$' ;;
     *:help) echo '^Help$' ;;
     zh:manifest) echo '^清单中的权限$' ;;

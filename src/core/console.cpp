@@ -82,6 +82,7 @@ Console::Console(const QString& designName, QWidget* parent) : QPlainTextEdit(pa
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
     colors.setColor(group, QPalette::Base, QColor(64, 0, 0));
     colors.setColor(group, QPalette::Text, QColor(255, 128, 0));
+    colors.setColor(group, QPalette::PlaceholderText, QColor(217, 138, 74));
     colors.setColor(group, QPalette::Highlight, QColor(255, 128, 0));
     colors.setColor(group, QPalette::HighlightedText, QColor(64, 0, 0));
   }

@@ -5,11 +5,13 @@
 
 #include "adb/lines.h"
 #include "core/busy_tools.h"
+#include "core/control_hints.h"
 #include "core/enabled_controls.h"
 #include "core/face_question.h"
 #include "core/paths.h"
 #include "platform/awaited.h"
 #include "text/text.h"
+#include "ui/hint_watch.h"
 #include "ui/twips.h"
 #include "ui/worded.h"
 
@@ -36,7 +38,7 @@ QString onOff(const CheckBox* box) {
 
 apkinfo::apkinfo(MainWindowNeeds needs)
     : Form(u"apkinfo"_s, closedWidth, closedHeight), m_needs(std::move(needs)), m_bench(m_needs.bench) {
-  setWindowTitle(u"Orvanta - "_s + siteAddress);
+  setWindowTitle(u"Orvanta %1 - %2"_s.arg(QStringLiteral(ORVANTA_VERSION), siteAddress));
   createControls(this);
   setFocusRefuge(txtOutputs);
   Command1->setFocus();
@@ -83,6 +85,20 @@ void apkinfo::prepareStart() {
   Timer2->start();
   Timer3->start();
   restoreSettings();
+  watchForHints();
+}
+
+void apkinfo::watchForHints() {
+  auto* watch = new HintWatch(this, [this](const QWidget* control) {
+    const ControlHint* hint = control != nullptr ? hintFor(control) : nullptr;
+    statusLine->showHint(hint != nullptr ? hint->sentence().shown() : QString());
+  });
+  for (QWidget* control : findChildren<QWidget*>()) {
+    const ControlHint* hint = control->window() == this ? hintFor(control) : nullptr;
+    if (hint == nullptr) continue;
+    watch->add(control);
+    worded(control, [control, hint] { control->setAccessibleDescription(hint->sentence().shown()); });
+  }
 }
 
 void apkinfo::restoreSettings() {
@@ -152,6 +168,12 @@ void apkinfo::showPackage() {
     prompt.setPixelSize(12);
     Label5->setFont(prompt);
     Label5->setCaption(designed(u"要安装APK，请右键单击APK文件，然后选择Orvanta"));
+    // Beside the console's text, which stays empty.
+    const Bilingual greeting = {
+        u"1. 连接头显并戴上，允许 USB 调试。\n2. 右键单击 APK 文件，选择 Orvanta。\n3. 点击“安装”。"_s,
+        u"1. Connect the headset, put it on, and allow USB debugging.\n2. Right-click an APK file and choose Orvanta.\n3. Press Install."_s};
+    txtOutputs->setPlaceholderText(
+        inFace(greeting.chinese, greeting.english, greeting.chinese + u"\n\n"_s + greeting.english));
     return;
   }
   const std::pair<Label*, QString> shown[] = {{Label5, package.ApkFileName},

@@ -69,6 +69,7 @@ class apkinfo : public Form, public MainControls {
  private:
   void prepareStart();
   void restoreSettings();
+  void watchForHints();
   QCoro::Task<> startWithoutPath(StartupSteps& steps);
   QCoro::Task<> startWithPath(StartupSteps& steps);
   void beginClosing();

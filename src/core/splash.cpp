@@ -4,6 +4,8 @@
 #include <QIcon>
 #include <QPainter>
 
+#include "text/face.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -38,7 +40,8 @@ void Form9::Form_Load(const QString& commandText, std::function<void()> showMain
 
 void Form9::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  QIcon(u":/splash/splash.png"_s).paint(&painter, rect());
+  QIcon(face() == Face::Chinese ? u":/splash/splash_zh.png"_s : u":/splash/splash.png"_s)
+      .paint(&painter, rect());
 }
 
 void Form9::closeEvent(QCloseEvent* event) {

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 #include <array>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +44,22 @@ void setFace(Face face) {
     translator->setObjectName(u"face"_s);
     if (translator->load(QString::fromUtf16(catalogue.file))) QCoreApplication::installTranslator(translator);
   }
+}
+
+QString translated(const char16_t* literal, Face face) {
+  const QString text = QString::fromUtf16(literal);
+  if (face == Face::AsDesigned) return text;
+  static const auto ours = [] {
+    loadTranslations();
+    std::array<std::unique_ptr<QTranslator>, 2> loaded;
+    for (size_t i = 0; i < loaded.size(); ++i) {
+      loaded[i] = std::make_unique<QTranslator>();
+      if (!loaded[i]->load(QString::fromUtf16(catalogues[i].file))) qWarning("a translation is missing");
+    }
+    return loaded;
+  }();
+  const QString found = ours[face == Face::English ? 0 : 1]->translate("design", text.toUtf8().constData());
+  return found.isEmpty() ? text : found;
 }
 
 QString nameOf(Face face) {

@@ -14,6 +14,9 @@ Face face();
 /// Gives all texts this face; every widget then gets `QEvent::LanguageChange`. Needs the application object.
 void setFace(Face face);
 
+/// A literal of the design in `face`: itself, or its translation.
+QString translated(const char16_t* literal, Face face);
+
 /// The name that settings and the environment have for it: "original", "en", "zh".
 QString nameOf(Face face);
 /// Nothing for a name that none has.

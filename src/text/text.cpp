@@ -1,7 +1,5 @@
 #include "text/text.h"
 
-#include <QCoreApplication>
-
 #include "text/face.h"
 
 using namespace Qt::StringLiterals;
@@ -30,9 +28,11 @@ QString inFace(const QString& chinese, const QString& english, const QString& bo
 }
 
 QString Designed::shown() const {
-  const QString text = QString::fromUtf16(literal);
-  if (face() == Face::AsDesigned) return text;
-  return QCoreApplication::translate("design", text.toUtf8().constData());
+  return translated(literal, face());
+}
+
+QString Designed::in(Face face) const {
+  return translated(literal, face);
 }
 
 QString designed(const char16_t* literal) {

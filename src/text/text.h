@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/bilingual.h"
+#include "text/face.h"
 
 namespace orvanta {
 
@@ -10,6 +11,8 @@ struct Designed {
 
   /// In the face that texts have now: the literal itself, or its translation.
   QString shown() const;
+  /// In another one.
+  QString in(Face face) const;
   constexpr bool isEmpty() const { return *literal == u'\0'; }
 
   const char16_t* literal;

@@ -83,6 +83,7 @@ void StatusLine::tell(const Status& status, const std::optional<Status>& trouble
   const bool isNews = words(told) != words(accessibleName());
   if (told != accessibleName()) setAccessibleName(told);
   if (!isNews) return;
+  m_hint.clear();
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }
@@ -97,6 +98,11 @@ void StatusLine::showButton() {
   m_button->setText(caption);
   m_button->setAccessibleName(caption);
   m_button->setVisible(!caption.isEmpty());
+}
+
+void StatusLine::showHint(const QString& hint) {
+  m_hint = hint;
+  update();
 }
 
 bool StatusLine::event(QEvent* event) {
@@ -123,6 +129,12 @@ void StatusLine::paintEvent(QPaintEvent*) {
 
   QRect line = rect().adjusted(margin, 0, -margin, 0);
   if (m_button->isVisibleTo(this)) line.setRight(m_button->x() - margin);
+  if (!m_hint.isEmpty()) {
+    painter.setPen(theme::captionText(palette()));
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(m_hint, Qt::ElideRight, line.width()));
+    return;
+  }
   if (m_trouble) {
     const int wanted = drawStatus(*m_trouble, line, nullptr, *this);
     QRect second = line;

@@ -20,6 +20,9 @@ class StatusLine : public QWidget {
   /// The button is that of `status`, or of `trouble` where `status` has none.
   void tell(const Status& status, const std::optional<Status>& trouble = {});
 
+  /// Shows this instead, until it is empty or there is news.
+  void showHint(const QString& hint);
+
   /// The line's whole text, unshortened.
   QString text() const { return accessibleName(); }
 
@@ -34,6 +37,7 @@ class StatusLine : public QWidget {
 
   Status m_status;
   std::optional<Status> m_trouble;
+  QString m_hint;
   Button* m_button;
 };
 

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include "app/application.h"
+#include "core/control_hints.h"
 #include "core/face_question.h"
 #include "desktop/tip.h"
 #include "install/obb_selection.h"
@@ -90,7 +91,7 @@ class FacesTest : public QObject {
     for (QWidget* widget : QApplication::allWidgets()) {
       // The toolkit's own are its translators' business; a field's text is the user's.
       if (widget->objectName().startsWith(u"qt_"_s) || qobject_cast<FaceSwitch*>(widget) != nullptr ||
-          qobject_cast<FaceQuestion*>(widget->window()) != nullptr ||
+          widget->objectName() == "names"_L1 || qobject_cast<FaceQuestion*>(widget->window()) != nullptr ||
           widget->parent() == m_program.mainWindow().faceSwitch)
         continue;
       all << widget;
@@ -158,7 +159,28 @@ class FacesTest : public QObject {
         cut << u"%1.%2 lacks %3 pixels"_s.arg(widget->window()->objectName(), widget->objectName())
                    .arg(lackingRoom(widget));
     }
+    QCOMPARE(m_program.mainWindow().Command1->shortcut(), QKeySequence(u"Alt+I"_s));
     QVERIFY2(cut.isEmpty(), qUtf8Printable(cut.join(u'\n')));
+  }
+
+  /// The help tells of every control by its own name.
+  void everyControlIsTold() {
+    wear(Face::AsDesigned);
+    int told = 0;
+    for (const QWidget* widget : m_program.mainWindow().findChildren<QWidget*>()) {
+      const bool captioned = widget->isVisible() && (qobject_cast<const Button*>(widget) != nullptr ||
+                                                     qobject_cast<const CheckBox*>(widget) != nullptr ||
+                                                     qobject_cast<const Frame*>(widget) != nullptr);
+      if (!captioned || widget->window() != &m_program.mainWindow() ||
+          widget->objectName() == "statusAction"_L1)
+        continue;
+      const ControlHint* hint = hintFor(widget);
+      QVERIFY2(hint != nullptr, qPrintable(widget->objectName()));
+      if (widget->objectName() != QStringView(hint->name)) continue;
+      ++told;
+      QCOMPARE(widget->accessibleName(), hint->caption.shown());
+    }
+    QVERIFY(told > 25);
   }
 
   /// A choice is kept, and the environment goes before it.
