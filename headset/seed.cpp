@@ -64,6 +64,7 @@ QString seedOne(SystemHost& host, Packages& packages, int index) {
   SamplePackage sample;
   sample.package = u"com.example.%1.n%2"_s.arg(QLatin1StringView(name.word)).arg(index);
   sample.label = QString::fromUtf16(name.label) + u" %1"_s.arg(index);
+  sample.icon = index % 5 != 0;
   sample.localizedLabels = {{u"zh-rCN"_s, u"应用 %1"_s.arg(index)}};
   sample.versionCode = 100 + index;
   sample.versionName = u"1.%1"_s.arg(index);

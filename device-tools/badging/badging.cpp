@@ -1,6 +1,7 @@
 #include "badging.h"
 
 #include "badging_walk.h"
+#include "icon.h"
 #include "manifest.h"
 #include "resource_table.h"
 #include "zip_archive.h"
@@ -31,6 +32,13 @@ int dump(std::string_view option, const ByteSource& package, Output& output, Out
   std::optional<Bytes> content;
   if (result == ZipArchive::Result::Ready) content = manifest.bytes();
   if (result == ZipArchive::Result::Unreadable) content = Bytes();
+  if (option == "icon" && content) {
+    ResourceTable resources(work);
+    Manifest root(resources, work);
+    const bool sound = (table.bytes().size() == 0 || resources.load(table.bytes())) && root.load(*content);
+    if (sound) printIcon(archive, resources, root, work, output);
+    return sound ? 0 : 1;
+  }
   return dumpParts(option, table.bytes(), content, output, errors, work);
 }
 

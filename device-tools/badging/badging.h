@@ -10,8 +10,9 @@
 namespace orvanta::badging {
 
 /// Prints what `aapt dump badging` prints about a package's name, versions, permissions, features, labels and
-/// icons, without the lines that Orvanta does not read. `option` is the kind of dump; only this one exists.
-/// Returns the exit code: 0, or 1 when something is wrong with the package, with aapt's words in `errors`.
+/// icons, without the lines that Orvanta does not read. `option` is the kind of dump: "badging", or "icon"
+/// for what printIcon() prints. Returns the exit code: 0, or 1 when something is wrong with the package, with
+/// aapt's words in `errors`.
 int dump(std::string_view option, const ByteSource& package, Output& output, Output& errors,
          Work work = Work());
 

@@ -11,7 +11,6 @@ constexpr uint8_t kPortrait = 1;
 constexpr uint8_t kNormalSize = 2;
 constexpr int kWidth = 320;
 constexpr int kHeight = 480;
-constexpr uint16_t kSdkVersion = 10000;
 constexpr uint16_t kMediumDensity = 160;
 constexpr uint16_t kAnyDensity = 0xfffe;
 
@@ -66,13 +65,12 @@ ResourceConfig ResourceConfig::read(Bytes bytes) {
   config.m_neverMatches = hasNetwork || hasTouchscreen || hasInput || hasPixels || hasLayout || hasLayout2 ||
                           bytes.u16(26) != 0 || config.m_orientation > kPortrait ||
                           config.m_screenSize > kNormalSize || config.m_smallestWidth > kWidth ||
-                          config.m_width > kWidth || config.m_height > kHeight ||
-                          config.m_sdkVersion > kSdkVersion;
+                          config.m_width > kWidth || config.m_height > kHeight;
   return config;
 }
 
 bool ResourceConfig::matches(const Request& request) const {
-  if (m_neverMatches) return false;
+  if (m_neverMatches || m_sdkVersion > request.sdkVersion) return false;
   if (locale.isAny()) return true;
   const Locale& requested = request.locale;
   if (!isSameLanguage(locale, requested)) return false;

@@ -7,11 +7,12 @@
 
 namespace orvanta::badging {
 
-/// The configuration that is asked for: a phone of a given locale and density. Its other traits (portrait,
-/// 320 by 480 dp, normal size, any version) are fixed.
+/// The configuration that is asked for: a phone of a given locale, density and version. Its other traits
+/// (portrait, 320 by 480 dp, normal size) are fixed.
 struct Request {
   Locale locale;
   uint16_t density = 0;
+  uint16_t sdkVersion = 10000;  ///< of the system; later than any
 };
 
 /// The conditions under which resources apply, as far as requests can meet them.

@@ -20,8 +20,11 @@ constexpr size_t kEndSize = 22;
 constexpr uint16_t kHasDescriptor = 0x0008;
 constexpr uint16_t kStored = 0;
 // Keeps a zip bomb from filling the memory. The largest real tables are less than half of this.
-constexpr uint32_t kLargestEntry = 32u << 20;
+constexpr uint32_t kLargestTable = 32u << 20;
 constexpr uint32_t kLargestManifest = 4u << 20;
+constexpr size_t kLongestName = 512;  // of an entry that is read
+constexpr std::string_view kManifest = "AndroidManifest.xml";
+constexpr std::string_view kTable = "resources.arsc";
 
 /// A buffered window on a source, for a walk from front to back.
 class Window {
@@ -107,10 +110,10 @@ bool ZipArchive::findDirectory() {
   return false;
 }
 
-bool ZipArchive::walkDirectory() {
+/// Calls `visit(name, entry)` for each entry; false at one that the device would refuse.
+template <typename Visit>
+bool ZipArchive::forEachEntry(Visit visit) const {
   Window window(m_source);
-  std::vector<uint64_t> names;
-  names.reserve(std::min<uint64_t>(m_entryCount, m_directorySize / kDirectoryEntrySize));
   const uint64_t end = m_directoryOffset + m_directorySize;
   uint64_t at = m_directoryOffset;
   for (uint16_t i = 0; i < m_entryCount; ++i) {
@@ -124,20 +127,46 @@ bool ZipArchive::walkDirectory() {
 
     const Bytes name = window.at(at + kDirectoryEntrySize, nameLength);
     if (name.size() != nameLength || !isValidName(name)) return false;
-    names.push_back(hashOf(text(name)));
-    if (text(name) == "AndroidManifest.xml") m_manifest = entry;
-    if (text(name) == "resources.arsc") m_table = entry;
+    visit(text(name), entry);
     at = next;
   }
+  return true;
+}
+
+bool ZipArchive::walkDirectory() {
+  std::vector<uint64_t> names;
+  names.reserve(std::min<uint64_t>(m_entryCount, m_directorySize / kDirectoryEntrySize));
+  const bool sound = forEachEntry([&](std::string_view name, const Entry& entry) {
+    names.push_back(hashOf(name));
+    if (name == kManifest) m_manifest = entry;
+    if (name == kTable) m_table = entry;
+  });
+  if (!sound) return false;
   // Two entries of one name can show one program to a checker and another to the device.
   std::sort(names.begin(), names.end());
   if (std::adjacent_find(names.begin(), names.end()) != names.end()) return false;
-  return window.at(0, 4).u32(0) == kLocalSignature;
+  return Window(m_source).at(0, 4).u32(0) == kLocalSignature;
+}
+
+ZipArchive::Result ZipArchive::manifest(Blob& content) const {
+  return load(m_manifest, kManifest, kLargestManifest, content);
+}
+
+ZipArchive::Result ZipArchive::resourceTable(Blob& content) const {
+  return load(m_table, kTable, kLargestTable, content);
+}
+
+ZipArchive::Result ZipArchive::file(std::string_view name, uint32_t largest, Blob& content) const {
+  Entry found;
+  forEachEntry([&](std::string_view entryName, const Entry& entry) {
+    if (entryName == name) found = entry;
+  });
+  return load(found, name, largest, content);
 }
 
 /// Where an entry's data begin; 0 when its local header contradicts the directory.
 uint64_t ZipArchive::dataOffset(const Entry& entry, std::string_view name) const {
-  uint8_t buffer[kLocalSize + 32];
+  uint8_t buffer[kLocalSize + kLongestName];
   const size_t length = kLocalSize + name.size();
   if (length > sizeof(buffer) || entry.headerOffset + length > m_directoryOffset) return 0;
   if (!m_source.read(entry.headerOffset, buffer, length)) return 0;
@@ -155,10 +184,10 @@ uint64_t ZipArchive::dataOffset(const Entry& entry, std::string_view name) const
   return offset;
 }
 
-ZipArchive::Result ZipArchive::load(const Entry& entry, std::string_view name, Blob& content) const {
+ZipArchive::Result ZipArchive::load(const Entry& entry, std::string_view name, uint32_t largest,
+                                    Blob& content) const {
   const uint64_t offset = entry.found ? dataOffset(entry, name) : 0;
   if (offset == 0) return Result::Missing;
-  const uint32_t largest = &entry == &m_manifest ? kLargestManifest : kLargestEntry;
   if (entry.size == 0 || entry.size > largest) return Result::Unreadable;
   if (entry.method == kStored) {
     content = m_source.map(offset, entry.size);

@@ -23,8 +23,10 @@ class ZipArchive {
   /// False when this is not an archive, or one that the device would refuse as a whole.
   bool open();
 
-  Result manifest(Blob& content) const { return load(m_manifest, "AndroidManifest.xml", content); }
-  Result resourceTable(Blob& content) const { return load(m_table, "resources.arsc", content); }
+  Result manifest(Blob& content) const;
+  Result resourceTable(Blob& content) const;
+  /// Any other entry, of at most so many bytes. Walks the directory once more.
+  Result file(std::string_view name, uint32_t largest, Blob& content) const;
 
  private:
   struct Entry {
@@ -38,7 +40,9 @@ class ZipArchive {
 
   bool findDirectory();
   bool walkDirectory();
-  Result load(const Entry& entry, std::string_view name, Blob& content) const;
+  template <typename Visit>
+  bool forEachEntry(Visit visit) const;
+  Result load(const Entry& entry, std::string_view name, uint32_t largest, Blob& content) const;
   uint64_t dataOffset(const Entry& entry, std::string_view name) const;
   bool inflateTo(uint64_t offset, uint32_t packedSize, Blob& content) const;
 

@@ -25,7 +25,6 @@ namespace {
 constexpr FormColor highlight = 255 | 255 << 8 | 111 << 16;
 constexpr int buttonsTop = 54;
 constexpr int buttonHeight = 28;
-constexpr int gridTop = buttonsTop + buttonHeight + 8;
 constexpr int margin = 8;
 constexpr int leastOfRead = 260;  // less, and the line goes to the foot of the window
 constexpr int statusHeight = 24;
@@ -117,7 +116,8 @@ void Form4::createShortcuts() {
 }
 
 void Form4::connectGrid() {
-  MSFlexGrid1->showChecks([this](int record) { return m_checked.contains(packageOf(record)); });
+  MSFlexGrid1->showChecks([this](int record) { return m_checked.contains(packageOf(record)); },
+                          [this](int record) { return m_icons.value(packageOf(record)); });
   connect(MSFlexGrid1, &FlexGrid::CheckPressed, this, &Form4::toggle);
   connect(MSFlexGrid1, &FlexGrid::CheckAllPressed, this, &Form4::toggleAll);
   connect(MSFlexGrid1, &FlexGrid::Click, this, &Form4::MSFlexGrid1_Click);
@@ -354,15 +354,17 @@ void Form4::Form_Resize() {
   alignNotice();
   busyStrip->setGeometry(besideSearch, Frame1->y() + 8, width() - besideSearch - margin, 26);
   fitColumns();
+  const QPoint buttonsEnd = layButtons(margin, buttonsTop);
+  const int gridTop = buttonsEnd.y() + buttonHeight + margin;
   MSFlexGrid1->setGeometry(margin, gridTop, width() - 2 * margin, height() - gridTop - statusHeight);
-  const int right = layButtons(margin, buttonsTop) + 2 * margin;
+  const int right = buttonsEnd.x() + 2 * margin;
   const bool beside = width() - margin - right >= leastOfRead;
   const int foot = height() - statusHeight;
   const int half = beside ? 0 : width() / 3;
   lblShown->setGeometry(margin, foot, width() - 2 * margin - half, statusHeight);
   lblRead->setAlignment(Qt::AlignVCenter | Qt::AlignRight);
   if (beside) {
-    lblRead->setGeometry(right, buttonsTop, width() - margin - right, buttonHeight);
+    lblRead->setGeometry(right, buttonsEnd.y(), width() - margin - right, buttonHeight);
   } else {
     lblRead->setGeometry(width() - margin - half, foot, half, statusHeight);
   }

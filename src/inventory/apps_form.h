@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QHash>
+#include <QIcon>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSet>
@@ -26,6 +28,15 @@ struct ChosenApp {
   QString package;
   QString label;
   qint64 bytes = 0;  ///< as the list has them, rounded
+
+  /// What to call it.
+  const QString& name() const { return label.isEmpty() ? package : label; }
+};
+
+/// An app of the list, with its build as the script printed it.
+struct ListedBuild {
+  QString package;
+  QString build;
 };
 
 /// The window "Installed Apps": the grid of the apps on the headset, with its search, its sorting and its
@@ -92,6 +103,11 @@ class Form4 : public Form {
   void fill(const Inventory& inventory);
   /// Fills the grid anew. The current app, the sorting, the search and the checks stay.
   void refill(const Inventory& inventory);
+  /// All apps of the list.
+  QList<ListedBuild> listedBuilds() const;
+  /// Shows these icons, by package, and no others.
+  void setIcons(const QHash<QString, QIcon>& icons);
+  void addIcon(const QString& package, const QIcon& icon);
   /// The list was read from `headset` just now.
   void noteRead(const HeadsetIdentity& headset);
   /// `answering` is the headset that has answered last; one without a number tells nothing.
@@ -134,7 +150,7 @@ class Form4 : public Form {
   void showRead();
   QString packageOf(int record) const;
   ChosenApp appAt(int record) const;
-  int layButtons(int left, int top);
+  QPoint layButtons(int left, int top);
   void AutoSizeColumns();
   void fitColumns();
   void countShown();
@@ -151,7 +167,8 @@ class Form4 : public Form {
   QString m_outcome;
   QString m_LastSearchText;
   bool m_SearchPending = false;
-  QSet<QString> m_checked;  // packages
+  QSet<QString> m_checked;        // packages
+  QHash<QString, QIcon> m_icons;  // by package
   QString m_work;
   QTime m_readAt;
   HeadsetIdentity m_headset;

@@ -1,5 +1,5 @@
 // The row of buttons above the list, and what they are about: the checked apps, and the headset of the list.
-#include <array>
+#include <algorithm>
 
 #include "adb/replies.h"
 #include "inventory/apps_form.h"
@@ -14,6 +14,7 @@ namespace {
 constexpr int margin = 8;
 constexpr int buttonHeight = 28;
 constexpr int buttonPadding = 12;
+constexpr int rowGap = 4;
 
 }  // namespace
 
@@ -90,6 +91,26 @@ void Form4::showChecks() {
   countShown();
 }
 
+QList<ListedBuild> Form4::listedBuilds() const {
+  QList<ListedBuild> builds;
+  for (const int record : MSFlexGrid1->rows().order())
+    builds << ListedBuild{packageOf(record), apps->cell(record, ColBuild).text.trimmed()};
+  return builds;
+}
+
+void Form4::setIcons(const QHash<QString, QIcon>& icons) {
+  m_icons = icons;
+  MSFlexGrid1->iconsChanged(!m_icons.isEmpty());
+  fitColumns();
+}
+
+void Form4::addIcon(const QString& package, const QIcon& icon) {
+  m_icons.insert(package, icon);
+  MSFlexGrid1->iconsChanged(true);
+  // The first one makes room for itself.
+  if (m_icons.size() == 1) fitColumns();
+}
+
 void Form4::noteRead(const HeadsetIdentity& headset) {
   m_readAt = QTime::currentTime();
   m_headset = headset;
@@ -125,19 +146,19 @@ void Form4::showRead() {
   lblRead->setToolTip(text);
 }
 
-/// Returns where the row ends. In a narrow window the buttons share the room.
-int Form4::layButtons(int left, int top) {
-  const std::array buttons = {cmdBackup, cmdRestore, cmdCheck, cmdUninstall, cmdRefresh};
-  int wanted = 0;
-  for (const Button* button : buttons) wanted += button->sizeHint().width() + buttonPadding + margin;
-  const int room = width() - left;
-  for (Button* button : buttons) {
-    const int whole = button->sizeHint().width() + buttonPadding;
-    const int share = wanted > room ? (whole + margin) * room / wanted - margin : whole;
-    button->setGeometry(left, top, share, buttonHeight);
-    left += share + margin;
+/// Lays them in as many rows as their captions need. Returns where the last one ends: its right and its top.
+QPoint Form4::layButtons(int left, int top) {
+  int right = left - margin;
+  for (Button* button : {cmdBackup, cmdRestore, cmdCheck, cmdUninstall, cmdRefresh}) {
+    const int whole = std::min(button->sizeHint().width() + buttonPadding, width() - 2 * margin);
+    if (right >= left && right + margin + whole > width() - margin) {
+      right = left - margin;
+      top += buttonHeight + rowGap;
+    }
+    button->setGeometry(right + margin, top, whole, buttonHeight);
+    right += margin + whole;
   }
-  return left - margin;
+  return {right, top};
 }
 
 }  // namespace orvanta

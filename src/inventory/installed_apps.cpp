@@ -54,6 +54,7 @@ QCoro::Task<> InstalledApps::loadForm4() {
   const HeadsetIdentity headset = co_await askHeadset();
   m_Form4.noteRead(headset);
   show(inventory, outcome);
+  m_icons.show(outcome.hasBadgingTool);
   m_Form5.hide();
   m_Form4.setEnabled(true);
   m_ScriptOutput.clear();
@@ -136,6 +137,7 @@ QCoro::Task<QString> InstalledApps::readAgain() {
   m_Form4.refill(inventory);
   m_Form4.noteRead(headset);
   show(inventory, outcome);
+  m_icons.show(outcome.hasBadgingTool);
   co_return QString();
 }
 

@@ -3,7 +3,9 @@
 #include <QCoroTask>
 #include <QObject>
 
+#include "inventory/app_icons.h"
 #include "inventory/apps_form.h"
+#include "inventory/headset_watch.h"
 #include "inventory/progress.h"
 #include "inventory/progress_form.h"
 
@@ -45,6 +47,8 @@ class InstalledApps : public QObject {
   QWidget& m_mainWindow;
   Form5 m_Form5;
   Form4 m_Form4;
+  AppIcons m_icons{m_bench, m_Form4};
+  HeadsetWatch m_headsetWatch{m_bench, m_Form4};
   AppTagCounter m_counter;
   QString m_ScriptOutput;
   QString m_AppCountText;

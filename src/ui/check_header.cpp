@@ -14,14 +14,24 @@ namespace orvanta {
 
 namespace {
 
-constexpr int columnWidth = 26;
+constexpr int boxWidth = 26;
+constexpr int iconSide = 20;
+constexpr int iconMargin = 4;
 
 }  // namespace
 
 CheckHeader::CheckHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {
-  setFixedWidth(columnWidth);
+  showIcons(false);
   setSectionsClickable(false);
   worded(this, [this] { setToolTip(inFace(u"选择，Ctrl+空格"_s, u"Check, Ctrl+Space"_s)); });
+}
+
+void CheckHeader::showIcons(bool shown) {
+  setFixedWidth(shown ? boxWidth + iconSide + iconMargin : boxWidth);
+}
+
+QRect CheckHeader::boxArea(const QRect& row) {
+  return {row.left(), row.top(), boxWidth, row.height()};
 }
 
 void CheckHeader::paintSection(QPainter* painter, const QRect& rect, int viewRow) const {
@@ -32,8 +42,13 @@ void CheckHeader::paintSection(QPainter* painter, const QRect& rect, int viewRow
   const bool checked = isChecked && isChecked(viewRow);
   box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
   box.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &box, this);
-  box.rect.moveCenter(rect.center());
+  box.rect.moveCenter(boxArea(rect).center());
   style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, this);
+  if (iconOf && width() > boxWidth) {
+    const QRect place(rect.left() + boxWidth, rect.top() + (rect.height() - iconSide) / 2, iconSide,
+                      iconSide);
+    iconOf(viewRow).paint(painter, place);
+  }
   painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1),
                     colors.color(QPalette::AlternateBase));
 }

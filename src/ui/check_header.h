@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QHeaderView>
+#include <QIcon>
 #include <functional>
 
 namespace orvanta {
 
-/// The left edge of a table: a check box for each row.
+/// The left edge of a table: a check box for each row, and an icon beside it.
 class CheckHeader : public QHeaderView {
   Q_OBJECT
 
@@ -14,6 +15,13 @@ class CheckHeader : public QHeaderView {
 
   /// Whether a row of the view is checked.
   std::function<bool(int viewRow)> isChecked = {};
+  /// The icon of a row; null for none.
+  std::function<QIcon(int viewRow)> iconOf = {};
+
+  /// Makes room for icons, or takes it away.
+  void showIcons(bool shown);
+  /// The part of a row's area that has the box.
+  static QRect boxArea(const QRect& row);
 
  Q_SIGNALS:
   void toggled(int viewRow);

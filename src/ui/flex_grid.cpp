@@ -73,7 +73,11 @@ FlexGrid::FlexGrid(const QString& designName, const Text& accessibleName, QAbstr
   });
 }
 
-void FlexGrid::showChecks(std::function<bool(int record)> isChecked) {
+void FlexGrid::showChecks(std::function<bool(int record)> isChecked,
+                          std::function<QIcon(int record)> iconOf) {
+  m_checks->iconOf = [this, iconOf = std::move(iconOf)](int viewRow) {
+    return iconOf(m_rows->record(m_rows->row(viewRow)));
+  };
   m_checks->isChecked = [this, isChecked = std::move(isChecked)](int viewRow) {
     return isChecked(m_rows->record(m_rows->row(viewRow)));
   };
@@ -101,6 +105,12 @@ void FlexGrid::checksChanged(Qt::CheckState all) {
   m_checkAll->setTristate(all == Qt::PartiallyChecked);
   m_checkAll->setCheckState(all);
   m_checks->viewport()->update();
+}
+
+void FlexGrid::iconsChanged(bool any) {
+  m_checks->showIcons(any);
+  m_checks->viewport()->update();
+  updateGeometries();
 }
 
 QString FlexGrid::TextMatrix(int row, int col) const {
@@ -194,7 +204,7 @@ void FlexGrid::updateGeometries() {
   alignTopRow();
   m_corner->setGeometry(frameWidth(), frameWidth(), m_checks->width(), horizontalHeader()->height() - 1);
   const QRect box(QPoint(), m_checkAll->sizeHint());
-  m_checkAll->setGeometry(box.translated(m_corner->rect().center() - box.center()));
+  m_checkAll->setGeometry(box.translated(m_checks->boxArea(m_corner->rect()).center() - box.center()));
 }
 
 void FlexGrid::scrollContentsBy(int dx, int dy) {

@@ -48,11 +48,14 @@ class FlexGrid : public QTableView {
   /// Hides all rows except the `wanted` records.
   void showOnly(const std::function<bool(int record)>& wanted);
 
-  /// Shows a check box at each row: `isChecked` tells of a record whether it is checked. `CheckPressed` and
-  /// `CheckAllPressed` come when one of them, or the one above them all, is pressed.
-  void showChecks(std::function<bool(int record)> isChecked);
+  /// Shows a check box at each row: `isChecked` tells of a record whether it is checked, `iconOf` which icon
+  /// stands beside the box; a null one is none. `CheckPressed` and `CheckAllPressed` come when one of the
+  /// boxes, or the one above them all, is pressed.
+  void showChecks(std::function<bool(int record)> isChecked, std::function<QIcon(int record)> iconOf);
   /// What is checked has changed; `all` is the box above them.
   void checksChanged(Qt::CheckState all);
+  /// Icons have changed; there is room for them if there are `any`.
+  void iconsChanged(bool any);
 
   /// Gives one cell its own background and takes it from the previous one.
   void setCellBackColor(int row, int col, FormColor color);

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -81,6 +82,12 @@ class TestBadging : public QObject {
   QTemporaryDir m_folder;
 
   QString path(const QString& name) const { return m_folder.filePath(name); }
+  static QByteArray iconIn(const QString& file) {
+    QProcess process;
+    process.start(ours(), {u"d"_s, u"icon"_s, file});
+    const bool ended = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
+    return ended ? QByteArray::fromBase64(process.readAllStandardOutput()) : "crashed";
+  }
 
  private Q_SLOTS:
   void initTestCase() {
@@ -266,6 +273,47 @@ class TestBadging : public QObject {
     }
   }
 
+  /// The plain picture for a low density, else one that the icon is drawn with.
+  void icons() {
+    const QByteArray one = QByteArray::fromBase64(
+        "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAIAAACQd1PeAAAADElEQVR4nGP4z8AAAAMBAQDJ/pLvAAAAAElFTkSuQmCC");
+    const QByteArray two = QByteArray::fromBase64(
+        "iVBORw0KGgoAAAANSUhEUgAAAAIAAAACCAIAAAD91JpzAAAAEElEQVR4nGP4z8AARAwQCgAf7gP9i18U1AAAAABJRU5ErkJggg="
+        "=");
+    const auto drawn = [](const QByteArray& front) {
+      return "<adaptive-icon xmlns:android='http://schemas.android.com/apk/res/android'><background "
+             "android:drawable='@drawable/back'/><foreground>" +
+             front + "</foreground></adaptive-icon>";
+    };
+    const QByteArray front = drawn("<inset android:drawable='@drawable/front'/>");
+    const QString high = u"drawable-xhdpi/icon.png"_s;
+    const QString layers = u"drawable-anydpi-v26/icon.xml"_s;
+    const QString back = u"drawable-nodpi/back.png"_s;
+    const std::pair<PackageParts, int> rows[] = {
+        {{{u"drawable-mdpi/icon.png"_s, one}, {high, two}}, 1},
+        {{{high, two}}, 2},
+        {{{high, two}, {layers, front}, {back, one}, {u"drawable-nodpi/front.png"_s, one}}, 2},
+        {{{layers, front}, {back, one}, {u"drawable-nodpi/front.png"_s, two}}, 2},
+        {{{layers, drawn({})}, {back, one}}, 0},
+    };
+    const QString file = path(u"icon.apk"_s);
+    for (const auto& [parts, side] : rows) {
+      QCOMPARE(makePackage(file, manifestWith("<application android:icon='@drawable/icon'/>"), parts),
+               QString());
+      const QByteArray picture = iconIn(file);
+      QCOMPARE(picture.isEmpty() ? 0 : int(picture[19]), side);  // the width, in the first chunk
+    }
+    for (const auto& [name, content] : {std::pair(u"r/x.png"_s, QByteArray("no picture")),
+                                        {u"r/x.png"_s, one + QByteArray(70'000, 'x')},
+                                        {u"r/x.xml"_s, "no picture"},
+                                        {u"r/y.png"_s, one}}) {
+      QVERIFY(writeParts(file, {{u"AndroidManifest.xml"_s, labelManifest()},
+                                {u"resources.arsc"_s, makeTable({{.icon = u"r/x."_s + name.right(3)}})},
+                                {name, content}}));
+      QCOMPARE(iconIn(file), QByteArray());
+    }
+  }
+
   void brokenFiles() {
     const PackageParts parts = {{u"AndroidManifest.xml"_s, labelManifest()},
                                 {u"resources.arsc"_s, makeTable({{.label = u"Label"_s, .icon = u"i"_s}})}};
@@ -273,6 +321,7 @@ class TestBadging : public QObject {
       const QString file = path(u"broken.apk"_s);
       QVERIFY2(writeFile(file, content), name);
       COMPARE_WITH_AAPT(file);
+      QCOMPARE(iconIn(file), QByteArray());
     };
     const auto packed = [this](const PackageParts& some, bool deflated = false) {
       return writeParts(path(u"broken.apk"_s), some, deflated) ? readFile(path(u"broken.apk"_s))

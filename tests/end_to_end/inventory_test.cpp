@@ -1,3 +1,5 @@
+#include <QBuffer>
+#include <QHeaderView>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -24,7 +26,8 @@ class LabelTool {
     if (kind == Built)
       QFile::link(built(), path());
     else
-      writeFile(path(), "#!/system/bin/sh\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
+      writeFile(path(), "#!/system/bin/sh\n[ $2 = icon ] && exec echo " + picture() +
+                            "\nsleep 0.05\necho \"application-label:'Label of ${3%%-*}'\"\n");
   }
   ~LabelTool() { QFile::remove(path()); }
   Q_DISABLE_COPY_MOVE(LabelTool)
@@ -32,6 +35,12 @@ class LabelTool {
   static QString built() { return QCoreApplication::applicationDirPath() + u"/built/aapt-arm-pie"_s; }
 
  private:
+  static QByteArray picture() {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImage(48, 48, QImage::Format_RGB32).save(&buffer, "png");
+    return bytes.toBase64();
+  }
   static QString path() { return QCoreApplication::applicationDirPath() + u"/aapt-arm-pie"_s; }
 };
 
@@ -57,7 +66,10 @@ class InventoryTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init() { m_headset = std::make_unique<test::VirtualHeadset>(); }
+  void init() {
+    m_headset = std::make_unique<test::VirtualHeadset>();
+    qputenv("XDG_CACHE_HOME", m_headset->workPath(u"cache"_s).toUtf8());
+  }
   void cleanup() { m_headset.reset(); }
 
   void everyAppWithItsFigures_data() {
@@ -100,10 +112,14 @@ class InventoryTest : public QObject {
       QCOMPARE(labels[u"com.example.jiezou.n1"_s], u"节奏空间 1"_s);
       QCOMPARE(labels[u"com.example.golfclub.n7"_s], u"Golf 🏌 Club 7"_s);
     }
-    // The count, the tool, everything else, and which headset it was.
+    // The count, the tool, everything else, which headset it was, and the icons of all apps.
+    const auto installed =
+        std::count_if(packages.begin(), packages.end(), [](const auto& app) { return app.isInstalled; });
+    QTRY_COMPARE_WITH_TIMEOUT(icons(), installed, 60'000);
+    QVERIFY(window.grid().verticalHeader()->width() > 26);
     const QStringList services = m_headset->services();
-    QCOMPARE(services.filter(u"shell"_s).size(), 3);
-    QVERIFY2(services.size() <= 5, qPrintable(services.join(u'\n')));
+    QCOMPARE(services.filter(u"shell"_s).size(), 4);
+    QVERIFY2(services.size() <= 6, qPrintable(services.join(u'\n')));
     QVERIFY(window.apps.progress().barTwips() >= 7000);
 
     // Read again in one call, with the new app; the current row stays.
@@ -121,7 +137,10 @@ class InventoryTest : public QObject {
     QCOMPARE(window.notice(), QString());
     QCOMPARE(window.grid().Rows(), packages.size() + 2);
     QCOMPARE(window.apps.window().SelectedPackage(), current);
-    QCOMPARE(m_headset->services().filter(u"shell"_s).size(), 2);
+    const QStringList again = m_headset->services().filter(u"shell"_s);
+    QVERIFY(again.size() >= 2 && !again[1].contains(u"d icon"_s));
+    QTRY_COMPARE(m_headset->services().filter(u"d icon"_s).size(), 1);
+    QVERIFY(!m_headset->services().filter(u"d icon"_s)[0].contains(current));
     for (int row = 1; row < window.grid().Rows(); ++row)
       if (window.grid().TextMatrix(row, ColPackage).startsWith(current + u' '))
         QCOMPARE(window.grid().TextMatrix(row, ColAppName).trimmed(), labels[current]);
@@ -139,6 +158,23 @@ class InventoryTest : public QObject {
     window.form->Command9->setEnabled(true);
     window.form->Command9->click();
     QVERIFY(!window.bench.turn.taken() && window.form->isVisible());
+  }
+
+  /// By itself, while the list is open.
+  void anotherHeadset() {
+    QCOMPARE(m_headset->start(), QString());
+    Window window;
+    QVERIFY(window.opens());
+    Form4& list = window.apps.window();
+    HeadsetWatch watch(window.bench, list);
+    watch.look();
+    QTest::qWait(500);
+    QVERIFY2(!list.lblRead->text().contains(u"Another headset"_s), qPrintable(list.lblRead->text()));
+    list.noteRead({u"Quest 2"_s, u"OTHER"_s});
+    m_headset->stop();
+    test::VirtualHeadset further(m_headset->adbServerPort());
+    QCOMPARE(further.start(), QString());
+    QTRY_VERIFY_WITH_TIMEOUT((watch.look(), list.lblRead->text().contains(u"Another headset"_s)), 20'000);
   }
 
   void noDevice() {
@@ -176,6 +212,9 @@ class InventoryTest : public QObject {
   }
 
  private:
+  /// The icons that were kept.
+  qsizetype icons() const { return tree(m_headset->workPath(u"cache"_s)).size(); }
+
   std::unique_ptr<test::VirtualHeadset> m_headset;
 };
 

@@ -368,6 +368,19 @@ class AppsFormTest : public QObject {
     }
   }
 
+  void captionsAreWhole() {
+    Window window;
+    for (const int width : {1300, 760, 560, 480}) {
+      window.form.resize(width, 400);
+      for (const Button* button : window.form.findChildren<Button*>(Qt::FindDirectChildrenOnly)) {
+        const QRect place = button->geometry();
+        QVERIFY2(place.width() >= button->sizeHint().width() && place.right() < width &&
+                     place.bottom() < window.grid.y(),
+                 qPrintable(button->text()));
+      }
+    }
+  }
+
   void figuresStayInView() {
     const QString label = u"很长的应用名称"_s.repeated(30);
     Window window({App{label, u"com.example."_s + QString(300, u'w'), u"123456"_s, u"1234.5"_s}, fewApps[0]});

@@ -1,6 +1,10 @@
+#include <QBuffer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "adb/replies.h"
+#include "inventory/icon_cache.h"
+#include "inventory/icon_reading.h"
 #include "inventory/parser.h"
 #include "inventory/progress.h"
 #include "inventory/shortcomings.h"
@@ -168,6 +172,45 @@ class InventoryReadersTest : public QObject {
       const QString text = shortcomingsOf(outcome);
       QVERIFY2(said.isEmpty() ? text.isEmpty() : text.contains(said), qPrintable(text));
     }
+  }
+
+  void icons() {
+    const auto png = [](int width, int height) {
+      QImage image(width, height, QImage::Format_RGB32);
+      image.fill(Qt::red);
+      QByteArray bytes;
+      QBuffer buffer(&bytes);
+      image.save(&buffer, "png");
+      return bytes;
+    };
+    QByteArray bomb = png(48, 48);
+    bomb.replace(16, 8, QByteArray::fromHex("0000ffff0000ffff"));
+    for (const auto& [bytes, size] : {std::pair(png(48, 48), QSize(48, 48)),
+                                      {png(20, 30), QSize(20, 30)},
+                                      {png(512, 256), QSize(48, 24)},
+                                      {png(1025, 4), QSize()},
+                                      {bomb, QSize()},
+                                      {png(48, 48).first(60), QSize()},
+                                      {"GIF89a", QSize()},
+                                      {QByteArray(), QSize()}})
+      QCOMPARE(iconOf(bytes).size(), size.isEmpty() ? QImage().size() : size);
+    const QString base64 = QString::fromLatin1(png(2, 2).toBase64());
+    for (const auto& [line, package, picture] :
+         {std::tuple(u"IC3x: a.b "_s + base64 + u'\r', "a.b", png(2, 2)),
+          {u"IC3x: a.b \r"_s, "a.b", QByteArray()},
+          {u"IC3x: a.b not*base64"_s, "a.b", QByteArray()},
+          {u"IC3x: "_s, "", QByteArray()},
+          {u"sh: no such tool"_s, "", QByteArray()}}) {
+      const auto printed = printedIconIn(line).value_or(PrintedIcon());
+      QCOMPARE(printed.package, QLatin1String(package));
+      QCOMPARE(printed.picture, picture);
+    }
+    const QTemporaryDir folder;
+    const IconCache cache(folder.filePath(u"new"_s));
+    cache.keep(u"a.b"_s, u"7"_s, iconOf(png(48, 48)));
+    cache.keep(u"none"_s, u"7"_s, QImage());
+    QCOMPARE(cache.icon(u"a.b"_s, u"7"_s)->size(), QSize(48, 48));
+    QVERIFY(!cache.icon(u"a.b"_s, u"8"_s) && cache.icon(u"none"_s, u"7"_s)->isNull());
   }
 };
 

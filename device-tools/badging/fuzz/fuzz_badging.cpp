@@ -60,6 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Output output(-1);
   Output errors(-1);
   dump("badging", MemorySource(data, size), output, errors, Work(kWork));
+  dump("icon", MemorySource(data, size), output, errors, Work(kWork));
 
   // Most mutations break the archive around the parts, so the parts are fed directly as well.
   const std::string_view input(reinterpret_cast<const char*>(data), size);
