@@ -54,6 +54,9 @@ AppState appStateIn(const QString& reply, const QString& package) {
       files << *file;
     } else if (words == u"end") {
       state.whole = true;
+    } else if (line.startsWith(appFilesRoot)) {
+      // The two folders that all of it is in are not below themselves.
+      if (line.startsWith(expansion) || line.startsWith(data)) state.folders << line.toString();
     } else if (words.startsWith(u"versionCode=")) {
       if (state.build.isEmpty()) state.build = installedBuildIn(words.toString());
     } else if (words.startsWith(u"versionName=")) {
@@ -66,6 +69,8 @@ AppState appStateIn(const QString& reply, const QString& package) {
     }
   }
   if (state.packageFiles.isEmpty()) state.build.clear();
+  // What cannot be read is told of with the files and with the folders.
+  state.complaints.removeDuplicates();
   return state;
 }
 

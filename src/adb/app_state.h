@@ -24,6 +24,7 @@ struct AppState {
   QList<DeviceFile> packageFiles;  ///< the base and its splits; none when it is not installed
   QList<DeviceFile> expansionFiles;
   QList<DeviceFile> data;
+  QStringList folders;              ///< all that lie below the app's two folders
   std::optional<StorageRoom> room;  ///< on the shared storage
   QStringList complaints;           ///< what the device's tools could not read
 
@@ -33,6 +34,7 @@ struct AppState {
 /// Reads the reply to `appStateLine`:
 ///     F 129206570 1611234567 /data/app/com.example-1/base.apk
 ///     F 5 1611234567 /sdcard/Android/obb/com.example/main.1.com.example.obb
+///     /sdcard/Android/data/com.example/files
 ///     versionCode=83 minSdk=23 targetSdk=28
 ///     versionName=1.2
 ///     Filesystem     1K-blocks     Used Available Use% Mounted on

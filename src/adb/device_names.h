@@ -27,6 +27,9 @@ QString obbFolder(const QString& storage, const QString& package);
 /// The same below `/sdcard`, where the list of apps looks for them.
 QString obbPathOnDevice(const QString& package);
 
+/// Below it, in `obb` and `data`, are the folders of the apps on the shared storage.
+inline const QString appFilesRoot = QStringLiteral("/sdcard/Android/");
+
 /// `/sdcard/Android/data/`: the folders of all apps on the shared storage.
 inline const QString dataParent = QStringLiteral("/sdcard/Android/data/");
 

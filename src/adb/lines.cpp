@@ -124,10 +124,16 @@ QString appStateLine(const Host& host, const QString& package) {
   const QString list = u"stat -c 'F %s %Y %n'"_s;
   const QString script =
       u"for f in $(pm path %1 </dev/null | sed -n 's/^package://p'); do %2 $f; done; "
-      "for d in %3 %4; do [ -d $d ] && find $d -type f -exec %2 {} +; done; "
+      "for d in %3 %4; do [ -d $d ] && { find $d -type f -exec %2 {} +; find $d -type d; }; done; "
       "dumpsys package %1 </dev/null | grep -e versionCode= -e versionName=; df -k /sdcard; echo end"_s;
   return line(host, u"shell "_s + quotedArgument(script.arg(package, list, obbPathOnDevice(package),
                                                             dataPathOnDevice(package))));
+}
+
+QString makeFoldersLine(const Host& host, const QStringList& paths) {
+  QString script = u"mkdir -p"_s;
+  for (const QString& path : paths) script += u' ' + shellWord(path);
+  return line(host, u"shell "_s + quotedArgument(script));
 }
 
 QString headsetLine(const Host& host) {

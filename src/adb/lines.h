@@ -92,9 +92,13 @@ QString removalLine(const Host& host, const QString& folder);
 QString sizesLine(const Host& host, const QString& path);
 
 /// `<adb> shell "..."`: one call for everything the device has of an app. A line "F <size> <time> <path>" for
-/// each of its package files, expansion files and data files, then its build and version as `dumpsys` has
-/// them, then the room on the shared storage as `df -k` has it, and last a line "end".
+/// each of its package files, expansion files and data files, the bare path for each folder of the latter
+/// two, then its build and version as `dumpsys` has them, then the room on the shared storage as `df -k` has
+/// it, and last a line "end".
 QString appStateLine(const Host& host, const QString& package);
+
+/// `<adb> shell "mkdir -p '<path>' ..."`
+QString makeFoldersLine(const Host& host, const QStringList& paths);
 
 /// `<adb> shell "getprop ro.product.model; getprop ro.serialno"`
 QString headsetLine(const Host& host);

@@ -13,6 +13,7 @@
 #include "adb/replies.h"
 #include "adb/storage.h"
 #include "backups/backup_names.h"
+#include "backups/on_disk.h"
 #include "core/workbench.h"
 #include "text/bilingual.h"
 
@@ -24,25 +25,7 @@ namespace {
 
 constexpr int progressMilliseconds = 200;
 constexpr qint64 betweenRecords = 5000;  // milliseconds
-constexpr qsizetype longestLine = 6000;  // characters; Windows takes 32,767 in all
 constexpr int tries = 3;
-const QString storageRoot = u"/sdcard/Android/"_s;
-
-QString knownPath(const DeviceFile& file) {
-  return file.path.startsWith(storageRoot) ? file.path.mid(storageRoot.size())
-                                           : u"apk/"_s + file.path.section(u'/', -1);
-}
-
-bool isSame(const BackupFile& file, const DeviceFile& onDevice) {
-  return file.size == onDevice.size && file.time == onDevice.time;
-}
-
-qint64 bytesOf(const auto& files) {
-  qint64 sum = 0;
-  for (const auto& file : files) sum += file.to.size;
-  return sum;
-}
-
 bool isOthers(const QString& folder) {
   const QList<QJsonObject> notes = notesOfOthers();
   return std::any_of(notes.begin(), notes.end(), [&folder](const QJsonObject& note) {
@@ -135,9 +118,8 @@ QCoro::Task<BackupOutcome> BackupRun::saveOne(AppToSave app, QString next) {
   m_folder = folderFor(state);
   const bool goesOn = !m_folder.isEmpty();
   if (!goesOn)
-    m_folder =
-        freeFolder(m_parent, backupFolderName(app.label.isEmpty() ? app.package : app.label, state.version,
-                                              state.build, m_manifest.date.toString(u"yyyy-MM-dd"_s)));
+    m_folder = freeFolder(m_parent, backupFolderName(app.name(), state.version, state.build,
+                                                     m_manifest.date.toString(u"yyyy-MM-dd"_s)));
   outcome.folder = m_folder;
   JournalEntry note({{u"kind"_s, BackupRun::noteKind}, {u"folder"_s, m_folder}});
   if (goesOn) co_await takeOver(m_folder);
@@ -204,10 +186,11 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
   QList<Wanted> wanted;
   const bool installed = !state.packageFiles.isEmpty();
   for (int i = 0; i < tries; ++i) {
-    wanted = wantedOf(state);
-    m_appBytes = bytesOf(wanted);
     m_manifest.unreadable = state.complaints;
-    const QList<Wanted> lacking = missing(wanted);
+    m_manifest.emptyFolders = emptyFolders(state);
+    wanted = wantedFiles(state, m_manifest.unreadable);
+    m_appBytes = bytesOf(wanted);
+    const QList<Wanted> lacking = missingFiles(wanted, m_done);
     if (lacking.isEmpty()) break;
     outcome.kind = Kind::NoRoom;
     const QStorageInfo disk(m_parent);
@@ -223,7 +206,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
     if (!QDir().mkpath(m_folder) || !writeRecord(m_folder, m_manifest)) co_return outcome;
     m_recorded.start();
     outcome.words.clear();
-    const QList<Pull> pulls = pullsFor(wanted, lacking);
+    const QList<Pull> pulls = pullsFor(m_folder, m_manifest.package, wanted, lacking);
     for (const Pull& next : pulls) {
       co_await pull(next);
       outcome.kind = Kind::Stopped;
@@ -234,7 +217,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
         co_return outcome;
       noteUnreadable(wanted);
     }
-    if (missing(wanted).isEmpty()) break;
+    if (missingFiles(wanted, m_done).isEmpty()) break;
     // The app has written meanwhile, or is gone, or the headset is.
     const QString words = outcome.words;
     const QStringList unreadable = m_manifest.unreadable;
@@ -251,7 +234,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
     state.complaints.removeDuplicates();
   }
   QStringList names;
-  for (const Wanted& file : missing(wanted)) names << file.from.path;
+  for (const Wanted& file : missingFiles(wanted, m_done)) names << file.from.path;
   outcome.kind = Kind::Incomplete;
   outcome.words = someNames(names);
   if (!names.isEmpty()) co_return outcome;
@@ -259,7 +242,10 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
   for (const Wanted& file : wanted) m_manifest.files << m_done.value(file.to.known());
   outcome.kind = Kind::NotWritable;
   outcome.words = m_folder;
-  if (!writeManifest(m_folder, m_manifest)) co_return outcome;
+  // The manifest vouches for the files, so it must not reach the disk before them.
+  if (!QDir().mkpath(m_folder)) co_return outcome;
+  const bool synced = co_await isOnDisk(m_folder);
+  if (!synced || !writeManifest(m_folder, m_manifest)) co_return outcome;
   QFile::remove(m_folder + u'/' + recordName);
   outcome.kind = Kind::Saved;
   outcome.words =
@@ -269,98 +255,6 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
   outcome.files = wanted.size();
   outcome.bytes = bytesOf(wanted);
   co_return outcome;
-}
-
-QList<BackupRun::Wanted> BackupRun::wantedOf(const AppState& state) const {
-  QList<Wanted> wanted;
-  LocalPaths places;
-  for (const QList<DeviceFile>* files : {&state.packageFiles, &state.expansionFiles, &state.data}) {
-    for (const DeviceFile& file : *files) {
-      Wanted one{file, {}};
-      const QString known = knownPath(file);
-      one.to.path = places.add(known);
-      if (one.to.path != known) one.to.onHeadset = known;
-      one.to.size = file.size;
-      one.to.time = file.time;
-      const bool refused =
-          std::any_of(m_manifest.unreadable.begin(), m_manifest.unreadable.end(),
-                      [&file](const QString& line) { return line.contains(u'\'' + file.path + u'\''); });
-      if (!refused) wanted << one;
-    }
-  }
-  return wanted;
-}
-
-QList<BackupRun::Wanted> BackupRun::missing(const QList<Wanted>& wanted) const {
-  QList<Wanted> lacking;
-  for (const Wanted& file : wanted) {
-    const auto done = m_done.constFind(file.to.known());
-    const bool there = done != m_done.constEnd() && done->path == file.to.path && isSame(*done, file.from);
-    if (!there) lacking << file;
-  }
-  return lacking;
-}
-
-/// A folder of which nothing is there yet comes in one piece; else the files that lack, those of one folder
-/// together.
-QList<BackupRun::Pull> BackupRun::pullsFor(const QList<Wanted>& wanted, const QList<Wanted>& lacking) const {
-  const Host host = Host::current();
-  const auto local = [this](const QString& path) { return QDir::toNativeSeparators(m_folder + u'/' + path); };
-  QList<Pull> pulls;
-  QSet<QString> whole;
-  for (const QString& part : {u"obb"_s, u"data"_s}) {
-    const QString place = part + u'/' + m_manifest.package;
-    const auto inPart = [&part](const Wanted& file) { return file.to.part() == part; };
-    const bool sameNames = std::none_of(wanted.begin(), wanted.end(), [&](const Wanted& file) {
-      return inPart(file) && !file.to.onHeadset.isEmpty();
-    });
-    Pull folder;
-    std::copy_if(lacking.begin(), lacking.end(), std::back_inserter(folder.files), inPart);
-    const auto all = std::count_if(wanted.begin(), wanted.end(), inPart);
-    if (all == 0 || folder.files.size() != all || !sameNames || QFileInfo::exists(local(place))) continue;
-    QDir().mkpath(m_folder + u'/' + part);
-    folder.line = pullLine(host, storageRoot + place, local(place));
-    pulls << folder;
-    whole << part;
-  }
-  QMap<QString, QList<Wanted>> folders;
-  QList<Pull> singles;
-  for (const Wanted& file : lacking) {
-    if (whole.contains(file.to.part())) continue;
-    const QString folder = file.to.path.section(u'/', 0, -2);
-    QDir().mkpath(m_folder + u'/' + folder);
-    // What a broken run has left there is not the file.
-    QFile::remove(m_folder + u'/' + file.to.path);
-    if (file.to.onHeadset.isEmpty()) {
-      folders[folder] << file;
-    } else {
-      singles << Pull{pullLine(host, file.from.path, local(file.to.path)), {file}};
-    }
-  }
-  for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
-    Pull next;
-    QStringList paths;
-    qsizetype length = 0;
-    for (const Wanted& file : folder.value()) {
-      if (length > longestLine) {
-        singles << Pull{pullFilesLine(host, paths, local(folder.key())), next.files};
-        next.files.clear();
-        paths.clear();
-        length = 0;
-      }
-      next.files << file;
-      paths << file.from.path;
-      length += file.from.path.size() + 3;
-    }
-    singles << Pull{pullFilesLine(host, paths, local(folder.key())), next.files};
-  }
-  pulls += singles;
-  // The packages first: without them the rest is of little use. The data last, as it changes most.
-  const QStringList order = {u"apk"_s, u"obb"_s, u"data"_s};
-  const auto rank = [&order](const Pull& next) { return order.indexOf(next.files.constFirst().to.part()); };
-  std::stable_sort(pulls.begin(), pulls.end(),
-                   [&rank](const Pull& a, const Pull& b) { return rank(a) < rank(b); });
-  return pulls;
 }
 
 QCoro::Task<> BackupRun::pull(Pull next) {
@@ -388,7 +282,7 @@ QCoro::Task<> BackupRun::pull(Pull next) {
 void BackupRun::noteUnreadable(QList<Wanted>& wanted) {
   if (!m_reply.contains("Permission denied"_L1)) return;
   const QStringList lines = m_reply.split(u'\n');
-  for (const Wanted& file : missing(wanted)) {
+  for (const Wanted& file : missingFiles(wanted, m_done)) {
     const QString mark = u'\'' + file.from.path + u'\'';
     const auto told = std::find_if(lines.begin(), lines.end(), [&mark](const QString& line) {
       return line.contains(mark) && line.contains("Permission denied"_L1);

@@ -13,6 +13,7 @@
 #include "backups/backup_outcome.h"
 #include "backups/file_hashes.h"
 #include "backups/manifest.h"
+#include "backups/pull_plan.h"
 #include "platform/journal.h"
 
 namespace orvanta {
@@ -41,25 +42,12 @@ class BackupRun : public QObject {
   static Settled settle(const QJsonObject& note);
 
  private:
-  /// A file on the headset, and what it is to become.
-  struct Wanted {
-    DeviceFile from;
-    BackupFile to;
-  };
-  struct Pull {
-    QString line;
-    QList<Wanted> files;
-  };
-
   QCoro::Task<BackupOutcome> saveOne(AppToSave app, QString next);
   QCoro::Task<BackupOutcome> saveInto(AppState state, BackupOutcome outcome);
   QCoro::Task<AppState> ask(QString package);
   QCoro::Task<> takeOver(QString folder);
   QCoro::Task<> pull(Pull next);
   QString folderFor(const AppState& state);
-  QList<Wanted> wantedOf(const AppState& state) const;
-  QList<Wanted> missing(const QList<Wanted>& wanted) const;
-  QList<Pull> pullsFor(const QList<Wanted>& wanted, const QList<Wanted>& missing) const;
   void noteUnreadable(QList<Wanted>& wanted);
   void noteDone();
   void keepRecord();
@@ -75,8 +63,8 @@ class BackupRun : public QObject {
   // The app that is being saved.
   QString m_folder;
   BackupManifest m_manifest;
-  QHash<QString, BackupFile> m_done;  // by the path with the headset's names
-  QHash<QString, Wanted> m_coming;    // of the pull under way, by the path on the desktop
+  KnownFiles m_done;
+  QHash<QString, Wanted> m_coming;  // of the pull under way, by the path on the desktop
   std::unique_ptr<FollowingHashes> m_hashes;
   std::unique_ptr<FileCheck> m_check;
   QString m_reply;

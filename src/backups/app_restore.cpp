@@ -21,7 +21,9 @@ namespace orvanta {
 namespace {
 
 constexpr int progressMilliseconds = 200;
-const QString storageRoot = u"/sdcard/Android/"_s;
+// What adb reads for itself when it starts: while it has read no more, nothing is known of the files.
+constexpr qint64 ownReading = 16 * 1024;
+constexpr qsizetype foldersPerCall = 30;
 
 QString lineOf(const QString& chinese, const QString& english, const QString& value) {
   return inFace(chinese, english) + u": "_s + value + u"\r\n"_s;
@@ -129,7 +131,22 @@ RestoreRun::RestoreRun(Workbench& bench, DOSOutputs& runner) : m_bench(bench), m
 }
 
 void RestoreRun::report() {
-  if (m_all > 0) m_bench.turn.noteProgress(m_done + (m_check ? m_check->bytes() : 0), m_all);
+  qint64 now = m_check ? m_check->bytes() : 0;
+  if (m_sending > 0) {
+    const qint64 read = m_runner.bytesRead().value_or(0);
+    if (read <= ownReading) return;
+    now = std::min(read, m_sending);
+  }
+  if (m_all > 0) m_bench.turn.noteProgress(m_done + now, m_all);
+}
+
+/// Runs a line that sends files of so many bytes together.
+QCoro::Task<QString> RestoreRun::send(QString line, qint64 bytes) {
+  m_sending = bytes;
+  QString reply = co_await run(line);
+  m_sending = 0;
+  m_done += bytes;
+  co_return reply;
 }
 
 QCoro::Task<QString> RestoreRun::run(QString line) {
@@ -220,10 +237,13 @@ QCoro::Task<QList<RestoreOutcome>> RestoreRun::restore(QList<SavedApp> backups) 
     const bool yes = co_await agreed(text, false);
     if (!yes) co_return outcomes;
   }
+  m_sentBefore = 0;
+  m_toSend = 0;
+  for (const SavedApp& saved : backups) m_toSend += saved.manifest.bytes();
   for (const SavedApp& saved : backups) {
     if (onBackup) onBackup(++number, saved);
     RestoreOutcome outcome = co_await restoreOne(saved, several);
-    m_tick.stop();
+    m_sentBefore += saved.manifest.bytes();
     const bool ends = outcome.ends;
     if (!outcome.text.isEmpty()) {
       m_bench.say(outcome.text);
@@ -288,7 +308,7 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
   m_tick.start();
   outcome = co_await checkOne(saved);
   m_tick.stop();
-  m_all = 0;
+  m_bench.turn.noteProgressOver();
   m_bench.turn.noteToolEnded();
   if (!outcome.good) co_return outcome;
   if (saved.kind == SavedApp::Kind::Whole) saved = co_await identified(saved);
@@ -325,7 +345,12 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
         lineOf(u"备份"_s, u"in the backup"_s, amount(saved.manifest, u"data"_s));
     withData = co_await agreed(question.trimmed(), true);
   }
+  m_done = m_sentBefore;
+  m_all = m_toSend;
+  m_tick.start();
   const QString fault = co_await put(saved, withData);
+  m_tick.stop();
+  m_bench.turn.noteProgressOver();
   if (m_bench.turn.stopped()) {
     outcome = ended(saved);
     outcome.text += inFace(u"，还原没有完成，请再做一次"_s, u"; the restore is not complete: repeat it"_s);
@@ -348,7 +373,7 @@ QCoro::Task<QString> RestoreRun::put(SavedApp saved, bool withData) {
   if (!packages.isEmpty()) {
     QString line = installSeveralLine(host, packages);
     if (packages.size() == 1) line = installLine(host, packages.constFirst(), false);
-    const QString reply = co_await run(line);
+    const QString reply = co_await send(line, saved.manifest.bytes(u"apk"_s));
     const Outcome installed = installOutcome(reply);
     if (m_bench.turn.stopped()) co_return QString();
     if (installed.kind != Outcome::Kind::Success) {
@@ -368,6 +393,7 @@ QCoro::Task<QString> RestoreRun::put(SavedApp saved, bool withData) {
       co_return why;
     }
   }
+  co_await makeEmptyFolders(saved, parts);
   const QString different = co_await differences(saved, withData);
   co_return different;
 }
@@ -376,20 +402,20 @@ QCoro::Task<QString> RestoreRun::push(SavedApp saved, QString part) {
   const QList<BackupFile> files = saved.manifest.filesOf(part);
   if (files.isEmpty()) co_return QString();
   const Host host = Host::current();
-  const QString place = storageRoot + part + u'/' + saved.manifest.package;
+  const QString place = appFilesRoot + part + u'/' + saved.manifest.package;
   const QString folder = folderToPush(saved, files, part);
   if (!folder.isEmpty()) {
     // What is in the folder goes over, whether the headset has one already or not.
     const QString content = QDir::toNativeSeparators(folder + u"/."_s);
-    const QString reply = co_await run(pushLine(host, content, place));
+    const QString reply = co_await send(pushLine(host, content, place), saved.manifest.bytes(part));
     const Outcome pushed = pushOutcome(reply);
     QString fault = pushed.kind == Outcome::Kind::Success ? QString() : pushed.words;
     if (pushed.kind != Outcome::Kind::Success && fault.isEmpty()) fault = tellingLine(reply);
     co_return fault;
   }
   for (const BackupFile& file : files) {
-    const QString reply =
-        co_await run(pushLine(host, QDir::toNativeSeparators(saved.pathOf(file)), file.devicePath()));
+    const QString reply = co_await send(
+        pushLine(host, QDir::toNativeSeparators(saved.pathOf(file)), file.devicePath()), file.size);
     if (m_bench.turn.stopped()) co_return QString();
     const Outcome pushed = pushOutcome(reply);
     if (pushed.kind == Outcome::Kind::Success) continue;
@@ -399,7 +425,16 @@ QCoro::Task<QString> RestoreRun::push(SavedApp saved, QString part) {
   co_return QString();
 }
 
-/// Files that are not on the headset as they are in the backup.
+/// adb sends no folder in which there is nothing.
+QCoro::Task<> RestoreRun::makeEmptyFolders(SavedApp saved, QStringList parts) {
+  QStringList paths;
+  for (const QString& folder : saved.manifest.emptyFolders)
+    if (parts.contains(folder.section(u'/', 0, 0))) paths << appFilesRoot + folder;
+  for (qsizetype from = 0; from < paths.size() && !m_bench.turn.stopped(); from += foldersPerCall)
+    co_await run(makeFoldersLine(Host::current(), paths.mid(from, foldersPerCall)));
+}
+
+/// Files and folders that are not on the headset as they are in the backup.
 QCoro::Task<QString> RestoreRun::differences(SavedApp saved, bool withData) {
   const QString reply = co_await run(appStateLine(Host::current(), saved.manifest.package));
   const AppState state = appStateIn(reply, saved.manifest.package);
@@ -418,6 +453,10 @@ QCoro::Task<QString> RestoreRun::differences(SavedApp saved, bool withData) {
         isPackage ? packages.removeOne(file.size) : there.value(file.devicePath(), -1) == file.size;
     if (!same) different << file.known();
   }
+  const QSet<QString> folders(state.folders.begin(), state.folders.end());
+  for (const QString& folder : saved.manifest.emptyFolders)
+    if (folder.startsWith("obb/"_L1) || withData)
+      if (!folders.contains(appFilesRoot + folder)) different << folder;
   if (different.isEmpty()) co_return QString();
   co_return inFace(u"头显上的大小不一致"_s, u"the sizes on the headset differ"_s) + u": "_s +
       firstFew(different).join(u", "_s);

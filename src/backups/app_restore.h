@@ -59,9 +59,11 @@ class RestoreRun : public QObject {
   QCoro::Task<RestoreOutcome> restoreOne(SavedApp saved, bool asked);
   QCoro::Task<QString> put(SavedApp saved, bool withData);
   QCoro::Task<QString> push(SavedApp saved, QString part);
+  QCoro::Task<> makeEmptyFolders(SavedApp saved, QStringList parts);
   QCoro::Task<QString> differences(SavedApp saved, bool withData);
   QCoro::Task<bool> agreed(QString text, bool risky);
   QCoro::Task<QString> run(QString line);
+  QCoro::Task<QString> send(QString line, qint64 bytes);
   void report();
   RestoreOutcome ended(const SavedApp& saved) const;
 
@@ -70,8 +72,13 @@ class RestoreRun : public QObject {
   std::unique_ptr<FileCheck> m_check;
   QString m_reply;
   qsizetype m_count = 0;
+  // In bytes: what a check has read, or what was sent before the tool that runs now.
   qint64 m_done = 0;
   qint64 m_all = 0;
+  qint64 m_sending = 0;  // by that tool
+  // Of all backups.
+  qint64 m_sentBefore = 0;
+  qint64 m_toSend = 0;
   QTimer m_tick;
 };
 

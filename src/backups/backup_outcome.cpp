@@ -48,7 +48,7 @@ QString someNames(const QStringList& names) {
 
 QString BackupOutcome::text() const {
   QString line = kind == Kind::Saved ? u"✓ "_s : u"✗ "_s;
-  line += (app.label.isEmpty() ? app.package : app.label) + u": "_s + reasonOf(kind).shown();
+  line += app.name() + u": "_s + reasonOf(kind).shown();
   if (kind == Kind::Saved)
     line +=
         u", "_s +

@@ -9,6 +9,9 @@ struct AppToSave {
   QString package;
   QString label;
   qint64 estimate = 0;  ///< bytes, as the list of apps has them
+
+  /// What to call it.
+  const QString& name() const { return label.isEmpty() ? package : label; }
 };
 
 /// What came of the backup of one app.

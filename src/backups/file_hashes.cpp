@@ -17,17 +17,9 @@ namespace orvanta {
 namespace {
 
 constexpr qint64 blockSize = 1 << 20;  // bytes
-constexpr std::chrono::milliseconds shortestWait{1};
-constexpr std::chrono::milliseconds longestWait{20};
-constexpr qint64 shortestRest = 10;  // milliseconds
+constexpr qint64 shortestRest = 10;    // milliseconds
 // Looking for very many files that are still to come must not take a core for itself.
 constexpr qint64 restPerWork = 5;
-
-QCoro::Task<> waitFor(const QThread* thread) {
-  // Most are over at once; those that are not take seconds.
-  for (auto wait = shortestWait; !thread->isFinished(); wait = std::min(wait * 2, longestWait))
-    co_await Delay(wait);
-}
 
 /// A file that is being read while it grows.
 struct Growing {
@@ -111,7 +103,7 @@ QHash<QString, QByteArray> FollowingHashes::complete() const {
 
 QCoro::Task<QHash<QString, QByteArray>> FollowingHashes::finish() {
   end();
-  co_await waitFor(m_thread.get());
+  co_await Ended(m_thread.get());
   QHash<QString, QByteArray> hashes = complete();
   co_return hashes;
 }
@@ -155,7 +147,7 @@ FileCheck::~FileCheck() {
 }
 
 QCoro::Task<QList<FileCheck::Finding>> FileCheck::findings() {
-  co_await waitFor(m_thread.get());
+  co_await Ended(m_thread.get());
   if (m_stopped) co_return QList<Finding>();
   QList<Finding> found = m_findings;
   co_return found;

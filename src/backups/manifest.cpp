@@ -34,6 +34,10 @@ Bilingual wrong(const QString& what) {
   return Bilingual{u"清单有错误：%1"_s, u"the manifest is wrong: %1"_s}.with(what);
 }
 
+Bilingual leadingOut(const QString& path) {
+  return Bilingual{u"清单里的路径越出了备份：%1"_s, u"a path in the manifest leads out: %1"_s}.with(path);
+}
+
 QString text(const QJsonObject& object, QStringView key, bool needed = false) {
   const QJsonValue value = object[key];
   if (value.isUndefined() && !needed) return {};
@@ -76,8 +80,7 @@ BackupFile fileIn(const QJsonValue& value, const QString& package) {
   const bool otherDesktop = file.path.contains(u'\\') || file.path.contains(u':');
   if (otherDesktop || !staysInside(file.path, {}) || !staysInside(file.known(), package) ||
       file.path.section(u'/', 0, 0) != file.part())
-    throw Refusal{Bilingual{u"清单里的路径越出了备份：%1"_s, u"a path in the manifest leads out: %1"_s}.with(
-        file.path)};
+    throw Refusal{leadingOut(file.path)};
   if (!hash.match(QString::fromLatin1(file.sha256)).hasMatch()) throw Refusal{wrong(u"sha256"_s)};
   return file;
 }
@@ -97,6 +100,12 @@ BackupManifest manifestOf(const QJsonObject& object) {
   const QJsonObject headset = object[u"headset"].toObject();
   manifest.headsetModel = text(headset, u"model");
   manifest.headsetSerial = text(headset, u"serial");
+  for (const auto& value : object[u"emptyFolders"].toArray()) {
+    const QString folder = value.toString();
+    if (!staysInside(folder, manifest.package) || folder.section(u'/', 0, 0) == packagePart)
+      throw Refusal{leadingOut(folder)};
+    manifest.emptyFolders << folder;
+  }
   for (const auto& line : object[u"unreadable"].toArray()) manifest.unreadable << line.toString();
   if (!object[u"files"].isArray()) throw Refusal{wrong(u"files"_s)};
   QSet<QString> places;
@@ -113,7 +122,7 @@ BackupManifest manifestOf(const QJsonObject& object) {
 }  // namespace
 
 QString BackupFile::devicePath() const {
-  return part() == packagePart ? QString() : u"/sdcard/Android/"_s + known();
+  return part() == packagePart ? QString() : appFilesRoot + known();
 }
 
 qint64 BackupManifest::bytes(const QString& part) const {
@@ -149,6 +158,8 @@ QByteArray manifestText(const BackupManifest& manifest) {
       {u"date"_s, manifest.date.toOffsetFromUtc(manifest.date.offsetFromUtc()).toString(Qt::ISODate)},
       {u"headset"_s, QJsonObject{{u"model"_s, manifest.headsetModel}, {u"serial"_s, manifest.headsetSerial}}},
       {u"files"_s, files}};
+  if (!manifest.emptyFolders.isEmpty())
+    object[u"emptyFolders"_s] = QJsonArray::fromStringList(manifest.emptyFolders);
   if (!manifest.unreadable.isEmpty())
     object[u"unreadable"_s] = QJsonArray::fromStringList(manifest.unreadable);
   return QJsonDocument(object).toJson();

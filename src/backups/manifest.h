@@ -39,6 +39,9 @@ struct BackupManifest {
   QString headsetModel;
   QString headsetSerial;
   QList<BackupFile> files;
+  /// Folders of the headset that have nothing in them, as `BackupFile::known` names files. On the desktop
+  /// there are none for them.
+  QStringList emptyFolders;
   /// What the headset did not let be read, in its own words.
   QStringList unreadable;
 

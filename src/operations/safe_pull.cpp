@@ -1,15 +1,13 @@
 #include "operations/safe_pull.h"
 
 #include <QFileInfo>
-#include <QThread>
 #include <QTimer>
 
 #include "adb/lines.h"
 #include "adb/replies.h"
 #include "backups/copy_note.h"
+#include "backups/on_disk.h"
 #include "operations/local_copy.h"
-#include "platform/awaited.h"
-#include "platform/file_sync.h"
 #include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
@@ -19,7 +17,6 @@ namespace orvanta {
 namespace {
 
 constexpr int arrivalInterval = 100;  // milliseconds
-constexpr std::chrono::milliseconds betweenLooks{5};
 
 bool isSame(const DeviceSizes& device, const LocalSizes& local) {
   return device.files == local.files && device.bytes == local.bytes;
@@ -39,14 +36,6 @@ bool saysPulled(const QString& reply, const PullTask& task, const DeviceSizes& e
   // A folder that adb may not list looks empty to it.
   const bool isEmpty = expected.known() && expected.files == 0 && saysNoFilesPulled(reply);
   return isEmpty || saysFolderPulled(reply);
-}
-
-QCoro::Task<bool> isOnDisk(QString place) {
-  bool synced = false;
-  const std::unique_ptr<QThread> thread(QThread::create([&synced, &place] { synced = syncToDisk(place); }));
-  thread->start();
-  while (!thread->isFinished()) co_await Delay(betweenLooks);
-  co_return synced;
 }
 
 /// The text for a failed pull about which the tool said nothing.

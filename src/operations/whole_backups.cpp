@@ -23,8 +23,7 @@ namespace {
 QString someOf(const QList<ChosenApp>& apps) {
   constexpr qsizetype named = 2;
   QStringList names;
-  for (const ChosenApp& app : apps.first(std::min(named, apps.size())))
-    names << (app.label.isEmpty() ? app.package : app.label);
+  for (const ChosenApp& app : apps.first(std::min(named, apps.size()))) names << app.name();
   QString text = names.join(u", "_s);
   if (apps.size() > named) text += u" … (%1)"_s.arg(apps.size());
   return text;
@@ -38,6 +37,14 @@ WholeBackups::WholeBackups(MenuContext& menu) : m_menu(menu) {
   connect(window.cmdRestore, &QPushButton::clicked, this, &WholeBackups::cmdRestore_Click);
   connect(window.cmdCheck, &QPushButton::clicked, this, &WholeBackups::cmdCheck_Click);
   connect(window.cmdUninstall, &QPushButton::clicked, this, &WholeBackups::cmdUninstall_Click);
+}
+
+/// The chosen apps. The user is told when there are none.
+QCoro::Task<QList<ChosenApp>> WholeBackups::askChosen() {
+  QList<ChosenApp> chosen = m_menu.window().chosenApps();
+  if (chosen.isEmpty())
+    co_await m_menu.showInformation(inFace(u"没有选择应用"_s, u"No app is chosen"_s), designed(u"Info"));
+  co_return chosen;
 }
 
 QCoro::Task<QString> WholeBackups::askFolder(QString title) {
@@ -113,11 +120,8 @@ QCoro::Task<> WholeBackups::tell(QString done, qsizetype all, QList<RestoreOutco
 QCoro::Task<> WholeBackups::cmdBackup_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
-  const QList<ChosenApp> chosen = m_menu.window().chosenApps();
-  if (chosen.isEmpty()) {
-    co_await m_menu.showInformation(inFace(u"没有选择应用"_s, u"No app is chosen"_s), designed(u"Info"));
-    co_return;
-  }
+  const QList<ChosenApp> chosen = co_await askChosen();
+  if (chosen.isEmpty()) co_return;
   const QString title = inFace(u"全部备份"_s, u"Back up everything"_s) + u": "_s + someOf(chosen);
   const QString folder = co_await askFolder(title);
   if (folder.isEmpty()) co_return;
@@ -133,8 +137,7 @@ QCoro::Task<> WholeBackups::cmdBackup_Click() {
   if (!room) co_return;
   BackupRun run(m_menu.bench(), *m_menu.window().objDOS, folder, *headset);
   run.onApp = [this, all = apps.size()](int number, const AppToSave& app) {
-    m_menu.window().sayWork(u"%1 / %2 · %3"_s.arg(QString::number(number), QString::number(all),
-                                                  app.label.isEmpty() ? app.package : app.label));
+    m_menu.window().sayWork(u"%1 / %2 · %3"_s.arg(QString::number(number), QString::number(all), app.name()));
   };
   const QList<BackupOutcome> outcomes = co_await run.save(apps);
   m_menu.window().sayWork({});
@@ -181,14 +184,27 @@ QCoro::Task<> WholeBackups::cmdCheck_Click() {
   co_await tell(inFace(u"完好"_s, u"sound"_s), backups.size(), outcomes);
 }
 
+QCoro::Task<RestoreOutcome> WholeBackups::uninstall(ChosenApp app) {
+  RestoreOutcome outcome{
+      false, false, u"✗ "_s + app.name() + u": "_s + inFace(u"包名不可用"_s, u"no usable package name"_s)};
+  if (app.package.isEmpty() || !isFitPackageName(app.package)) co_return outcome;
+  const QString reply = co_await m_menu.ask(uninstallLine(Host::current(), app.package));
+  const bool stopped = m_menu.bench().turn.stopped();
+  const Outcome said = uninstallOutcome(reply);
+  outcome.good = said.kind == Outcome::Kind::Success;
+  outcome.ends = stopped || said.kind == Outcome::Kind::NotReached;
+  QString words = (said.words + u' ' + said.sentence.shown()).trimmed();
+  if (stopped) words = inFace(u"已停止"_s, u"stopped"_s);
+  if (outcome.good) words = inFace(u"已卸载"_s, u"uninstalled"_s);
+  outcome.text = (outcome.good ? u"✓ "_s : u"✗ "_s) + app.name() + u": "_s + words;
+  co_return outcome;
+}
+
 QCoro::Task<> WholeBackups::cmdUninstall_Click() {
   const auto turn = m_menu.bench().turn.begin();
   if (!turn) co_return;
-  const QList<ChosenApp> chosen = m_menu.window().chosenApps();
-  if (chosen.isEmpty()) {
-    co_await m_menu.showInformation(inFace(u"没有选择应用"_s, u"No app is chosen"_s), designed(u"Info"));
-    co_return;
-  }
+  const QList<ChosenApp> chosen = co_await askChosen();
+  if (chosen.isEmpty()) co_return;
   const auto headset = co_await askHeadset();
   if (!headset) co_return;
   MessageBox box;
@@ -205,20 +221,7 @@ QCoro::Task<> WholeBackups::cmdUninstall_Click() {
   if (answer != BoxAnswer::Yes) co_return;
   QList<RestoreOutcome> outcomes;
   for (const ChosenApp& app : chosen) {
-    const QString name = app.label.isEmpty() ? app.package : app.label;
-    RestoreOutcome outcome{false, false,
-                           u"✗ "_s + name + u": "_s + inFace(u"包名不可用"_s, u"no usable package name"_s)};
-    if (!app.package.isEmpty() && isFitPackageName(app.package)) {
-      const QString reply = co_await m_menu.ask(uninstallLine(Host::current(), app.package));
-      const Outcome said = uninstallOutcome(reply);
-      outcome.good = said.kind == Outcome::Kind::Success;
-      outcome.ends = m_menu.bench().turn.stopped() || said.kind == Outcome::Kind::NotReached;
-      outcome.text = (outcome.good ? u"✓ "_s : u"✗ "_s) + name + u": "_s;
-      if (outcome.good) outcome.text += inFace(u"已卸载"_s, u"uninstalled"_s);
-      if (!outcome.good && m_menu.bench().turn.stopped()) outcome.text += inFace(u"已停止"_s, u"stopped"_s);
-      if (!outcome.good && !m_menu.bench().turn.stopped())
-        outcome.text += (said.words + u' ' + said.sentence.shown()).trimmed();
-    }
+    const RestoreOutcome outcome = co_await uninstall(app);
     const bool ends = outcome.ends;
     m_menu.bench().say(outcome.text);
     outcomes << outcome;

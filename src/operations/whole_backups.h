@@ -23,10 +23,12 @@ class WholeBackups : public QObject {
   QCoro::Task<> cmdUninstall_Click();
 
  private:
+  QCoro::Task<QList<ChosenApp>> askChosen();
   QCoro::Task<QString> askFolder(QString title);
   QCoro::Task<QList<SavedApp>> askBackups(QString title);
   QCoro::Task<std::optional<HeadsetIdentity>> askHeadset();
   QCoro::Task<bool> hasRoom(QString folder, qint64 bytes);
+  QCoro::Task<RestoreOutcome> uninstall(ChosenApp app);
   QCoro::Task<> tell(QString done, qsizetype all, QList<RestoreOutcome> outcomes);
 
   MenuContext& m_menu;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QThread>
 #include <QTimer>
 #include <chrono>
 #include <coroutine>
@@ -55,6 +56,28 @@ class Emitted {
   Sender* m_sender;
   Signal m_signal;
   bool m_emitted = false;
+};
+
+/// Awaited: resumes the coroutine when `thread`, which has been started, is done with its work.
+class Ended {
+ public:
+  explicit Ended(const QThread* thread) : m_thread(thread) {}
+
+  bool await_ready() const { return m_thread->isFinished(); }
+  void await_suspend(std::coroutine_handle<> waiting) const {
+    auto* const context = new QObject(QCoreApplication::instance());
+    const auto resume = [waiting, context] {
+      delete context;
+      waiting.resume();
+    };
+    QObject::connect(m_thread, &QThread::finished, context, resume, Qt::QueuedConnection);
+    // It can have ended before the connection. With the context the second of two calls goes as well.
+    if (m_thread->isFinished()) QMetaObject::invokeMethod(context, resume, Qt::QueuedConnection);
+  }
+  void await_resume() const noexcept {}
+
+ private:
+  const QThread* m_thread;
 };
 
 }  // namespace orvanta

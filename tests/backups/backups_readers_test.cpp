@@ -4,8 +4,10 @@
 #include <QTest>
 
 #include "adb/app_state.h"
+#include "backups/app_backup.h"
 #include "backups/backup_names.h"
 #include "backups/copy_note.h"
+#include "backups/pull_plan.h"
 #include "backups/saved_app.h"
 #include "platform/store_paths.h"
 #include "support/files.h"
@@ -60,6 +62,10 @@ class BackupsReadersTest : public QObject {
         {manifest(entry("data/com.a/x").replace("\"size\"", R"("onHeadset": "data/com.a/../b/x", "size")")),
          "leads out"},
         {manifest(entry("data/com.a/x").replace("\"size\"", R"("onHeadset": "apk/x", "size")")), "leads out"},
+        {manifest(entry("apk/a")).replace("\"files\"", R"("emptyFolders": ["data/com.a/x"], "files")"), ""},
+        {manifest(entry("apk/a")).replace("\"files\"", R"("emptyFolders": ["obb/com.a/../b"], "files")"),
+         "leads out"},
+        {manifest(entry("apk/a")).replace("\"files\"", R"("emptyFolders": ["apk/x"], "files")"), "leads out"},
     };
     for (const auto& [text, problem] : cases) {
       const auto read = readManifest(text);
@@ -99,15 +105,28 @@ class BackupsReadersTest : public QObject {
     const AppState state = appStateIn(
         u"F 12 1611234567 /data/app/com.a-1/base.apk\r\n"
         "F 5 1 /sdcard/Android/obb/com.a/main 1.obb \r\nF 6 1 /sdcard/Android/data/com.a/x\r\n"
+        "/sdcard/Android/data/com.a\r\n/sdcard/Android/data/com.a/d\r\n/sdcard/Android/data/com.a/d/e f\r\n"
+        "/sdcard/Android/obb/com.a/g\r\nF 0 1 /sdcard/Android/obb/com.a/g/h\r\n"
+        "find: /sdcard/Android/data/com.a/b: Permission denied\r\n"
         "find: /sdcard/Android/data/com.a/b: Permission denied\r\n"
         "    versionCode=83 minSdk=23 targetSdk=28\r\n    versionName=1.2\r\nend\r\n"_s,
         u"com.a"_s);
     QVERIFY(state.whole && state.build == u"83"_s && state.version == u"1.2"_s && state.bytes() == 23);
     QCOMPARE(state.expansionFiles.value(0).path, u"/sdcard/Android/obb/com.a/main 1.obb "_s);
     QCOMPARE(state.complaints.size(), 1);
+    QCOMPARE(emptyFolders(state), QStringList{u"data/com.a/d/e f"_s});
     QVERIFY(!appStateIn(u"F 12 1 /data/app/com.a-1/base.apk\r\nerror: closed\r\n"_s, u"com.a"_s).whole);
     QCOMPARE(headsetIn(u"Quest 3\r\n2G0YC\r\n"_s).serial, u"2G0YC"_s);
     QCOMPARE(headsetIn(u"adb: no devices/emulators found\r\n"_s).serial, QString());
+  }
+
+  /// The next start tells of a backup that died, while it is unfinished.
+  void backupsThatDied() {
+    QTemporaryDir folder;
+    const QJsonObject note{{u"kind"_s, BackupRun::noteKind}, {u"folder"_s, folder.path()}};
+    QVERIFY(BackupRun::settle(note).line.isEmpty());
+    QVERIFY(writeFile(folder.filePath(recordName), "{}"));
+    QVERIFY(BackupRun::settle(note).line.contains(folder.path()));
   }
 
   /// What a folder holds is told by what lies in it.

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "backups/app_backup.h"
 #include "inventory/parser.h"
 #include "operations/app_operations.h"
 #include "platform/host_style.h"
@@ -401,6 +402,30 @@ class MenuEntriesTest : public QObject {
     m_window->MSFlexGrid1->setRow(0);
     m_window->mnuCopy->trigger();
     QCOMPARE(QGuiApplication::clipboard()->text(), u"some.app"_s);
+  }
+
+  /// A whole backup that this computer has no room for, or may not write.
+  void wholeBackupsThatTheDesktopRefuses() {
+    m_adb->answer(u"shell getprop *"_s, u"Quest\nSERIAL\n"_s);
+    m_adb->answer(u"shell for *"_s, u"F 5 1 /data/app/x/base.apk\nend\n"_s);
+    m_adb->answer(u"pull *"_s, {{{u"base.apk"_s, u"12"_s}},
+                                u"adb: error: cannot write 'base.apk': No space left on device\n"_s});
+    const auto backup = [this] {
+      desktop().boxes.clear();
+      desktop().folders = {m_folder};
+      m_window->cmdBackup->click();
+      (void)QTest::qWaitFor([this] { return !m_main->bench.turn.taken(); }, 20'000);
+      return desktop().boxTexts().join(u'\n');
+    };
+    QString told = backup();
+    QVERIFY2(told.contains(u"not enough room"_s) && told.contains(u"No space left"_s), qPrintable(told));
+    QVERIFY(onDesktop().filter(u"backup.json="_s).isEmpty());
+    // A file in the folder's place stands in for a read-only one, which does not keep root out.
+    QVERIFY(writeFile(at(u"file"_s), "x"));
+    const auto turn = m_main->bench.turn.begin();
+    BackupRun run(m_main->bench, *m_window->objDOS, at(u"file"_s), {u"Quest"_s, u"SERIAL"_s});
+    const QList<BackupOutcome> outcomes = QCoro::waitFor(run.save({{u"some.app"_s, u"A"_s}}));
+    QVERIFY2(outcomes.value(0).text().contains(u"cannot be written"_s), qPrintable(outcomes.value(0).text()));
   }
 };
 
