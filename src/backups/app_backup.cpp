@@ -52,7 +52,7 @@ BackupRun::BackupRun(Workbench& bench, DOSOutputs& runner, QString parent, Heads
     : m_bench(bench), m_runner(runner), m_parent(std::move(parent)), m_headset(std::move(headset)) {
   m_tick.setInterval(progressMilliseconds);
   connect(&m_tick, &QTimer::timeout, this, &BackupRun::tick);
-  // A tool that starts takes the figures of the one before out of view.
+  // The busy strip drops the figures when a tool starts; this puts them back.
   connect(&bench.turn, &Turn::toolStarted, this, &BackupRun::report);
   connect(&bench.turn, &Turn::stopRequested, this, [this] {
     if (m_check) m_check->stop();
@@ -99,7 +99,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveOne(AppToSave app, QString next) {
   if (m_bench.turn.stopped()) co_return outcome;
   outcome.words = state.whole ? QString() : tellingLine(m_reply);
   outcome.kind = state.whole ? BackupOutcome::Kind::NotInstalled : BackupOutcome::Kind::Lost;
-  // Of an app that was removed without its data, the data is worth saving.
+  // The data of an app that was removed without it is still worth saving.
   const bool nothing = state.packageFiles.isEmpty() && state.expansionFiles.isEmpty() && state.data.isEmpty();
   if (!state.whole || nothing) co_return outcome;
 
@@ -154,7 +154,7 @@ QString BackupRun::folderFor(const AppState& state) {
   return {};
 }
 
-/// Takes what a run before has brought, as far as it is still what it was.
+/// Keeps what an earlier run has brought, as far as it is unchanged.
 QCoro::Task<> BackupRun::takeOver(QString folder) {
   const auto record = manifestIn(folder, recordName);
   const auto* earlier = std::get_if<BackupManifest>(&record);
@@ -168,7 +168,7 @@ QCoro::Task<> BackupRun::takeOver(QString folder) {
   const QList<FileCheck::Finding> findings = co_await m_check->findings();
   m_bench.turn.noteToolEnded();
   m_check.reset();
-  // After a stop nothing is known of them, and the record stays.
+  // After a stop nothing is known about the files, so the record stays as it is.
   if (m_bench.turn.stopped()) co_return;
   QSet<QString> changed;
   for (const FileCheck::Finding& finding : findings) changed << finding.path;
@@ -218,7 +218,7 @@ QCoro::Task<BackupOutcome> BackupRun::saveInto(AppState state, BackupOutcome out
       noteUnreadable(wanted);
     }
     if (missingFiles(wanted, m_done).isEmpty()) break;
-    // The app has written meanwhile, or is gone, or the headset is.
+    // Either the app has written in the meantime, or the app or the headset is gone.
     const QString words = outcome.words;
     const QStringList unreadable = m_manifest.unreadable;
     state = co_await ask(m_manifest.package);
@@ -278,7 +278,7 @@ QCoro::Task<> BackupRun::pull(Pull next) {
   m_coming.clear();
 }
 
-/// Files that the headset lists and does not give are told of; the rest is still a backup.
+/// Notes the files that the headset lists but does not hand over; the rest is still a backup.
 void BackupRun::noteUnreadable(QList<Wanted>& wanted) {
   if (!m_reply.contains("Permission denied"_L1)) return;
   const QStringList lines = m_reply.split(u'\n');
@@ -287,7 +287,7 @@ void BackupRun::noteUnreadable(QList<Wanted>& wanted) {
     const auto told = std::find_if(lines.begin(), lines.end(), [&mark](const QString& line) {
       return line.contains(mark) && line.contains("Permission denied"_L1);
     });
-    // Where the desktop refuses, it is not the headset.
+    // "cannot create" and the like come from this computer, not from the headset.
     if (told == lines.end() || told->contains("cannot "_L1)) continue;
     m_manifest.unreadable << told->trimmed();
     wanted.removeIf([&file](const Wanted& one) { return one.from.path == file.from.path; });
@@ -303,7 +303,7 @@ void BackupRun::noteDone() {
   }
 }
 
-/// Writes down what has come, so that a run that dies here does not have to begin anew.
+/// Writes down what has come, so that the next run need not start over if this one dies.
 void BackupRun::keepRecord() {
   m_manifest.files = m_done.values();
   writeRecord(m_folder, m_manifest);
@@ -322,7 +322,7 @@ void BackupRun::report() {
   for (const BackupFile& file : std::as_const(m_done)) here += file.size;
   if (m_hashes) {
     here += m_hashes->bytes();
-    // What is complete is counted in both.
+    // Complete files have been counted twice.
     for (const Wanted& file : std::as_const(m_coming))
       if (m_done.contains(file.to.known())) here -= file.to.size;
   }

@@ -49,8 +49,8 @@ qint64 filesBelow(const QString& folder) {
   return count;
 }
 
-/// The folder on the desktop that holds these files, and nothing else, as the headset has them below the
-/// app's own folder; empty when they have to go one by one.
+/// The folder on the desktop that holds exactly these files, laid out as below the app's folder on the
+/// headset; empty if they have to be sent one by one.
 QString folderToPush(const SavedApp& saved, const QList<BackupFile>& files, const QString& part) {
   const QString onHeadset = part + u'/' + saved.manifest.package + u'/';
   QString folder;
@@ -254,7 +254,7 @@ QCoro::Task<QList<RestoreOutcome>> RestoreRun::restore(QList<SavedApp> backups) 
   co_return outcomes;
 }
 
-/// A package file and the folder beside it that is called like its package are one backup.
+/// A package file and the folder beside it that has its package's name are one backup.
 QCoro::Task<QList<SavedApp>> RestoreRun::joinedCopies(QList<SavedApp> backups) {
   QSet<QString> taken;
   for (SavedApp& saved : backups) {
@@ -269,8 +269,8 @@ QCoro::Task<QList<SavedApp>> RestoreRun::joinedCopies(QList<SavedApp> backups) {
   co_return backups;
 }
 
-/// With what the package file says: it has to be the app of the manifest. Fills in what a backup without a
-/// manifest does not say.
+/// Reads the package file, which must be of the manifest's app. Fills in what a backup without a manifest
+/// does not say.
 QCoro::Task<SavedApp> RestoreRun::identified(SavedApp saved) {
   if (saved.basePath().isEmpty()) co_return saved;
   const QString line = badgingLine(Host::current(), QDir::toNativeSeparators(saved.basePath()));
@@ -364,7 +364,7 @@ QCoro::Task<RestoreOutcome> RestoreRun::restoreOne(SavedApp saved, bool asked) {
   co_return outcome;
 }
 
-/// Why not all is on the headset; empty when it is.
+/// Puts everything on the headset. Returns what went wrong, or an empty text.
 QCoro::Task<QString> RestoreRun::put(SavedApp saved, bool withData) {
   QStringList packages;
   for (const BackupFile& file : saved.manifest.filesOf(u"apk"_s))
@@ -405,7 +405,7 @@ QCoro::Task<QString> RestoreRun::push(SavedApp saved, QString part) {
   const QString place = appFilesRoot + part + u'/' + saved.manifest.package;
   const QString folder = folderToPush(saved, files, part);
   if (!folder.isEmpty()) {
-    // What is in the folder goes over, whether the headset has one already or not.
+    // With the dot adb sends what is in the folder, whether the headset already has one or not.
     const QString content = QDir::toNativeSeparators(folder + u"/."_s);
     const QString reply = co_await send(pushLine(host, content, place), saved.manifest.bytes(part));
     const Outcome pushed = pushOutcome(reply);
@@ -425,7 +425,7 @@ QCoro::Task<QString> RestoreRun::push(SavedApp saved, QString part) {
   co_return QString();
 }
 
-/// adb sends no folder in which there is nothing.
+/// adb does not send empty folders.
 QCoro::Task<> RestoreRun::makeEmptyFolders(SavedApp saved, QStringList parts) {
   QStringList paths;
   for (const QString& folder : saved.manifest.emptyFolders)

@@ -47,7 +47,7 @@ class RestoreRun : public QObject {
   /// Compares the files with the manifests. Backups without one have no hashes: that they can be read is all
   /// that is found out.
   QCoro::Task<QList<RestoreOutcome>> check(QList<SavedApp> backups);
-  /// Asks the user and restores. Nothing is written to the headset that he has not said yes to.
+  /// Asks the user and restores. Nothing is written to the headset without a yes.
   QCoro::Task<QList<RestoreOutcome>> restore(QList<SavedApp> backups);
   /// How many backups the last call of it was about, where several copies are one backup.
   qsizetype count() const { return m_count; }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/awaited.h"
+#include "platform/file_sync.h"
 #include "platform/sha256.h"
 #include "text/bilingual.h"
 
@@ -18,7 +19,7 @@ namespace {
 
 constexpr qint64 blockSize = 1 << 20;  // bytes
 constexpr qint64 shortestRest = 10;    // milliseconds
-// Looking for very many files that are still to come must not take a core for itself.
+// Looking for thousands of files that have not come yet must not occupy a core.
 constexpr qint64 restPerWork = 5;
 
 /// A file that is being read while it grows.
@@ -28,7 +29,7 @@ struct Growing {
   qint64 read = 0;
 };
 
-/// Takes what has come since. Returns how many bytes that was.
+/// Reads what has been added since the last time. Returns the number of bytes.
 qint64 takeMore(Growing& growing, QByteArray& block, const std::atomic<bool>& dropped) {
   QFile file(growing.file.path);
   if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || !file.seek(growing.read)) return 0;
@@ -40,6 +41,8 @@ qint64 takeMore(Growing& growing, QByteArray& block, const std::atomic<bool>& dr
     growing.hash->add({block.constData(), got});
     taken += got;
   }
+  // Otherwise a large file would gather in memory, and the end of its backup would wait for the disk.
+  beginSync(file, growing.read, taken);
   growing.read += taken;
   return taken;
 }
@@ -69,7 +72,7 @@ void FollowingHashes::follow(const QList<ExpectedFile>& files) {
   for (const ExpectedFile& file : files) pending.push_back({file});
   QByteArray block(blockSize, Qt::Uninitialized);
   for (bool last = false; !last && !pending.empty();) {
-    // What came before this look is read to its end in it.
+    // Once the tool has ended, this one more look sees everything.
     last = m_ended;
     QElapsedTimer work;
     work.start();

@@ -36,8 +36,8 @@ QStringList emptyFolders(const AppState& state);
 QList<Wanted> missingFiles(const QList<Wanted>& wanted, const KnownFiles& done);
 
 /// The calls that bring the `missing` ones of `wanted` into `backup`, the folder of a backup of `package`. A
-/// folder of which nothing is there yet comes in one piece; else the files that lack, those of one folder
-/// together. Makes the folders that they go to, and removes what a broken run has left in their places.
+/// folder of which nothing is there yet comes in one piece; otherwise only the missing files come, those of
+/// one folder together. Makes their folders, and removes what an interrupted run has left in their places.
 QList<Pull> pullsFor(const QString& backup, const QString& package, const QList<Wanted>& wanted,
                      const QList<Wanted>& missing);
 

@@ -17,8 +17,8 @@ namespace orvanta {
 
 namespace {
 
-/// Names with a point in them, as packages have them; other folders are somebody's documents. What a later
-/// copy has set aside, or a broken off one has left, is not a package of that name.
+/// Whether this looks like a package's name, with a point in it; other folders are somebody's documents. Names
+/// that end in `.old` or `.partial` are earlier or unfinished copies, not packages.
 bool isPackageLike(const QString& name) {
   static const QRegularExpression package(u"^[A-Za-z]\\w*(\\.\\w+)+$"_s);
   static const QRegularExpression setAside(u"^(.+)\\.(?:old|partial)[0-9]*$"_s);

@@ -146,7 +146,7 @@ void Form4::showRead() {
   lblRead->setToolTip(text);
 }
 
-/// Lays them in as many rows as their captions need. Returns where the last one ends: its right and its top.
+/// Puts the buttons into as many rows as their captions need. Returns the right end and the top of the last.
 QPoint Form4::layButtons(int left, int top) {
   int right = left - margin;
   for (Button* button : {cmdBackup, cmdRestore, cmdCheck, cmdUninstall, cmdRefresh}) {

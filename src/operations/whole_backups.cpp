@@ -65,8 +65,8 @@ QCoro::Task<QList<SavedApp>> WholeBackups::askBackups(QString title) {
   co_return found;
 }
 
-/// The headset that answers. Where it is not the one of the list the user is asked whether to go on. Nothing
-/// where none answers, or when he says no.
+/// The headset that answers. If the list is of another one, the user is asked whether to go on. Nothing if no
+/// headset answers, or after a no.
 QCoro::Task<std::optional<HeadsetIdentity>> WholeBackups::askHeadset() {
   std::optional<HeadsetIdentity> headset;
   const QString reply = co_await m_menu.ask(headsetLine(Host::current()));
@@ -100,7 +100,7 @@ QCoro::Task<bool> WholeBackups::hasRoom(QString folder, qint64 bytes) {
   co_return answer == BoxAnswer::Yes;
 }
 
-/// What went well in the line above the list, what did not in a box as well.
+/// Successes go to the line above the list, failures to a box as well.
 QCoro::Task<> WholeBackups::tell(QString done, qsizetype all, QList<RestoreOutcome> outcomes) {
   QStringList bad;
   QString news;

@@ -15,4 +15,8 @@ bool syncToDisk(const QString& path) {
   return file.isOpen() && ::syncfs(file.get()) == 0;
 }
 
+void beginSync(const QFileDevice& file, qint64 from, qint64 bytes) {
+  ::sync_file_range(file.handle(), from, bytes, SYNC_FILE_RANGE_WRITE);
+}
+
 }  // namespace orvanta
