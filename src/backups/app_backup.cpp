@@ -26,6 +26,7 @@ namespace {
 constexpr int progressMilliseconds = 200;
 constexpr qint64 betweenRecords = 5000;  // milliseconds
 constexpr int tries = 3;
+const QString dateFormat = u"yyyy-MM-dd"_s;
 bool isOthers(const QString& folder) {
   const QList<QJsonObject> notes = notesOfOthers();
   return std::any_of(notes.begin(), notes.end(), [&folder](const QJsonObject& note) {
@@ -115,14 +116,22 @@ QCoro::Task<BackupOutcome> BackupRun::saveOne(AppToSave app, QString next) {
   m_manifest.date = QDateTime::currentDateTime();
   m_manifest.headsetModel = m_headset.model;
   m_manifest.headsetSerial = m_headset.serial;
+  const bool isThere = co_await findUnchanged(state);
+  outcome.kind = isThere ? BackupOutcome::Kind::Saved : BackupOutcome::Kind::Stopped;
+  if (isThere) {
+    outcome.folder = m_folder;
+    outcome.words = inFace(u"已有，没有变化"_s, u"already there, unchanged"_s);
+    outcome.unreadable = m_manifest.unreadable;
+    outcome.files = m_done.size();
+    for (const BackupFile& file : std::as_const(m_done)) outcome.bytes += file.size;
+  }
+  if (isThere || m_bench.turn.stopped()) co_return outcome;
   m_folder = folderFor(state);
   const bool goesOn = !m_folder.isEmpty();
-  if (!goesOn)
-    m_folder = freeFolder(m_parent, backupFolderName(app.name(), state.version, state.build,
-                                                     m_manifest.date.toString(u"yyyy-MM-dd"_s)));
+  if (!goesOn) m_folder = freeFolder(m_parent, folderName());
   outcome.folder = m_folder;
   JournalEntry note({{u"kind"_s, BackupRun::noteKind}, {u"folder"_s, m_folder}});
-  if (goesOn) co_await takeOver(m_folder);
+  if (goesOn) co_await takeOver(m_folder, recordName);
   outcome = co_await saveInto(state, outcome);
   if (outcome.kind != BackupOutcome::Kind::Saved && !m_done.isEmpty()) keepRecord();
   note.clear();
@@ -148,18 +157,53 @@ QString BackupRun::folderFor(const AppState& state) {
     const auto record = manifestIn(folder, recordName);
     const auto* manifest = std::get_if<BackupManifest>(&record);
     if (manifest != nullptr && manifest->build == state.build &&
-        manifest->headsetSerial == m_headset.serial && !isOthers(folder))
+        manifest->headsetSerial == m_headset.serial && !isOthers(folder)) {
+      m_manifest.date = manifest->date;
       return folder;
+    }
   }
   return {};
 }
 
-/// Keeps what an earlier run has brought, as far as it is unchanged.
-QCoro::Task<> BackupRun::takeOver(QString folder) {
-  const auto record = manifestIn(folder, recordName);
+QString BackupRun::folderName() const {
+  return backupFolderName(m_manifest.name(), m_manifest.version, m_manifest.build,
+                          m_manifest.date.toString(dateFormat));
+}
+
+/// Whether there is a whole backup of the app as it is now: after a run that broke off, the apps before the
+/// break need not come again. It is in `m_folder` then, its files in `m_done`.
+QCoro::Task<bool> BackupRun::findUnchanged(AppState state) {
+  const QString beginning = folderName().chopped(dateFormat.size());
+  const QStringList names = QDir(m_parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+  for (const QString& name : names) {
+    if (!name.startsWith(beginning)) continue;
+    m_folder = m_parent + u'/' + name;
+    const auto read = manifestIn(m_folder, manifestName);
+    const auto* manifest = std::get_if<BackupManifest>(&read);
+    if (manifest == nullptr || manifest->package != m_manifest.package ||
+        manifest->headsetSerial != m_headset.serial)
+      continue;
+    const QList<Wanted> wanted = wantedFiles(state, manifest->unreadable);
+    KnownFiles files;
+    for (const BackupFile& file : manifest->files) files.insert(file.known(), file);
+    const bool same = wanted.size() == manifest->files.size() && missingFiles(wanted, files).isEmpty() &&
+                      manifest->emptyFolders == emptyFolders(state);
+    if (!same) continue;
+    m_appBytes = bytesOf(wanted);
+    co_await takeOver(m_folder, manifestName);
+    if (m_bench.turn.stopped()) co_return false;
+    m_manifest.unreadable = manifest->unreadable;
+    if (missingFiles(wanted, m_done).isEmpty()) co_return true;
+    m_done.clear();
+  }
+  co_return false;
+}
+
+/// Keeps what an earlier run has brought, as far as it is unchanged. `name` is that of its manifest.
+QCoro::Task<> BackupRun::takeOver(QString folder, QString name) {
+  const auto record = manifestIn(folder, name);
   const auto* earlier = std::get_if<BackupManifest>(&record);
   if (earlier == nullptr) co_return;
-  m_manifest.date = earlier->date;
   QList<HashedFile> files;
   for (const BackupFile& file : earlier->files)
     files << HashedFile{folder + u'/' + file.path, file.size, file.sha256};

@@ -21,8 +21,8 @@ namespace orvanta {
 class DOSOutputs;
 class Workbench;
 
-/// Saves apps with all that belongs to them, a folder each. A backup that was broken off is gone on with:
-/// what is there and unchanged on both sides does not come again.
+/// Saves apps with all that belongs to them, a folder each. An interrupted backup is continued, and what is
+/// already there and unchanged on both sides does not come again.
 class BackupRun : public QObject {
   Q_OBJECT
 
@@ -45,8 +45,10 @@ class BackupRun : public QObject {
   QCoro::Task<BackupOutcome> saveOne(AppToSave app, QString next);
   QCoro::Task<BackupOutcome> saveInto(AppState state, BackupOutcome outcome);
   QCoro::Task<AppState> ask(QString package);
-  QCoro::Task<> takeOver(QString folder);
+  QCoro::Task<bool> findUnchanged(AppState state);
+  QCoro::Task<> takeOver(QString folder, QString name);
   QCoro::Task<> pull(Pull next);
+  QString folderName() const;
   QString folderFor(const AppState& state);
   void noteUnreadable(QList<Wanted>& wanted);
   void noteDone();

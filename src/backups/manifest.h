@@ -45,6 +45,8 @@ struct BackupManifest {
   /// What the headset did not let be read, in its own words.
   QStringList unreadable;
 
+  /// What to call the app.
+  const QString& name() const { return label.isEmpty() ? package : label; }
   qint64 bytes(const QString& part = {}) const;
   QList<BackupFile> filesOf(const QString& part) const;
 };

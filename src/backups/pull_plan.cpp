@@ -84,6 +84,7 @@ QStringList emptyFolders(const AppState& state) {
   QStringList empty;
   for (const QString& folder : state.folders)
     if (!filled.contains(folder)) empty << knownPath(folder);
+  empty.sort();
   return empty;
 }
 

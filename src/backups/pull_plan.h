@@ -29,7 +29,7 @@ qint64 bytesOf(const QList<Wanted>& files);
 /// All files of the app, but for those that the headset has refused to give, in adb's words.
 QList<Wanted> wantedFiles(const AppState& state, const QStringList& refusals);
 
-/// The folders of the app in which there is nothing, as a manifest names them.
+/// The folders of the app in which there is nothing, as a manifest names them, sorted.
 QStringList emptyFolders(const AppState& state);
 
 /// Those of `wanted` that are not in `done` as the headset has them.

@@ -17,8 +17,8 @@ namespace orvanta {
 
 namespace {
 
-/// Whether this looks like a package's name, with a point in it; other folders are somebody's documents. Names
-/// that end in `.old` or `.partial` are earlier or unfinished copies, not packages.
+/// Whether this looks like a package's name, with a point in it; other folders are somebody's documents.
+/// Names that end in `.old` or `.partial` are earlier or unfinished copies, not packages.
 bool isPackageLike(const QString& name) {
   static const QRegularExpression package(u"^[A-Za-z]\\w*(\\.\\w+)+$"_s);
   static const QRegularExpression setAside(u"^(.+)\\.(?:old|partial)[0-9]*$"_s);
@@ -77,7 +77,7 @@ std::optional<SavedApp> namedCopyAt(const QString& path) {
 }  // namespace
 
 QString SavedApp::title() const {
-  QString name = manifest.label.isEmpty() ? manifest.package : manifest.label;
+  QString name = manifest.name();
   if (name.isEmpty()) name = QFileInfo(basePath().isEmpty() ? folder : basePath()).fileName();
   if (!manifest.version.isEmpty()) name += u' ' + manifest.version;
   if (!manifest.build.isEmpty()) name += u" (%1)"_s.arg(manifest.build);

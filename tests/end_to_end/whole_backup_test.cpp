@@ -131,7 +131,12 @@ class WholeBackupTest : public QObject {
       QVERIFY2(QFileInfo(saved).fileName().startsWith(u"Game_ “1_2” 🎮 1.0 (7) 20"_s), qPrintable(saved));
       QCOMPARE(tree(saved + u"/obb/"_s + game), obb);
       QCOMPARE(contents(tree(saved + u"/data/"_s + game)), contents(data));
-      desktop().folders = {m_folder, m_folder, m_folder};
+      // What is unchanged is not saved twice.
+      const QStringList folders = QDir(m_folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+      desktop().folders = {m_folder, m_folder, m_folder, m_folder};
+      QCOMPARE(press(apps.window.cmdBackup), QStringList());
+      QVERIFY2(apps.window.lblNotice->text().contains(u"2 / 2"_s), qPrintable(apps.window.lblNotice->text()));
+      QCOMPARE(QDir(m_folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot), folders);
       QCOMPARE(press(apps.window.cmdCheck), QStringList());
       // One byte differs.
       QFile obbFile(saved + u"/obb/"_s + game + u"/main.1.obb"_s);
@@ -235,11 +240,19 @@ class WholeBackupTest : public QObject {
     Apps apps(m_program->bench());
     desktop().folders = {m_folder};
     QCOMPARE(press(apps.window.cmdBackup), QStringList());
-    const QString saved = backupOf(game);
+    QString saved = backupOf(game);
     const auto restored = [&](const QString& folder) {
       desktop().folders = {folder};
       return press(apps.window.cmdRestore).join(u'\n');
     };
+    // A damaged one is saved anew.
+    QVERIFY(
+        writeFile(saved + u"/apk/base.apk"_s, QByteArray(readFile(saved + u"/apk/base.apk"_s).size(), 'x')));
+    desktop().folders = {m_folder};
+    QCOMPARE(press(apps.window.cmdBackup), QStringList());
+    QCOMPARE(QDir(m_folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 3);
+    QVERIFY(QDir(saved).removeRecursively());
+    saved = backupOf(game);
     // The package of another app under a manifest that fits its files.
     const QByteArray manifest = readFile(backupOf(tiny) + u"/backup.json"_s);
     const QString other = headset().workPath(u"other"_s);
