@@ -45,7 +45,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_doctor(
           m_bench, [this](ConnectionAction action) { m_remedies.carryOut(action); },
           [] { return isDebuggablePluggedIn(); }, toolPlaces),
-      m_install(m_bench, &m_apkinfo),
+      m_install(m_bench, &m_apkinfo, [this] { m_chooser.choose(); }),
       m_uninstall(m_bench),
       m_Form1(m_bench.state, &m_apkinfo),
       m_devicePanel(m_bench, m_apkinfo),

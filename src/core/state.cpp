@@ -32,10 +32,12 @@ void State::noteNoPackage() {
 
 void State::setStorage(const StorageShown& storage) {
   m_headset.storage = storage;
+  m_headset.room = storage.room;
   Q_EMIT storageChanged();
 }
 
 void State::setInstalledBuild(BuildVerdict verdict, const QString& number) {
+  m_headset.newerBuild = verdict == BuildVerdict::Newer ? number : QString();
   if (verdict == BuildVerdict::Undecided) return;
   InstalledBuild& build = m_headset.build;
   build.verdict = verdict;
@@ -52,7 +54,17 @@ void State::forgetHeadset() {
   // A free figure that is empty would leave the last one standing.
   m_headset.storage = {{}, {}, u" "_s, {}};
   m_headset.InstalledSeen = false;
+  noteDevices({}, 0);
   Q_EMIT storageChanged();
+}
+
+void State::noteDevices(const QString& serial, qsizetype unchosen) {
+  const QString before = std::exchange(m_headset.serial, serial);
+  m_headset.unchosen = unchosen;
+  // The first list comes after the figures of the start.
+  if (!serial.isEmpty() && (before.isEmpty() || before == serial)) return;
+  m_headset.room.reset();
+  m_headset.newerBuild.clear();
 }
 
 void State::setPhase(Availability::Phase phase) {

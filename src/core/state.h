@@ -73,6 +73,12 @@ struct Headset {
   StorageShown storage;
   InstalledBuild build;
   bool InstalledSeen = false;  ///< last answer of the installed-version check
+
+  // What is shown above stays when the headset leaves; what follows holds only for the one that is there.
+  QString serial;                        ///< the one that adb works on, as last polled; empty without one
+  qsizetype unchosen = 0;                ///< devices of which adb can take none, since none is chosen
+  std::optional<StorageRoom> room = {};  ///< as last reported
+  QString newerBuild;                    ///< the installed build, if it is newer than the package's
 };
 
 /// What decides which controls are enabled.
@@ -124,6 +130,10 @@ class State : public QObject {
   void setInstalledSeen(bool seen) { m_headset.InstalledSeen = seen; }
   /// Another headset takes its place: what this one said counts no more.
   void forgetHeadset();
+  /// What a list of devices tells: the headset that adb works on, or among how many it cannot decide.
+  void noteDevices(const QString& serial, qsizetype unchosen);
+  /// Something was removed from the headset, so that its room is no longer known.
+  void forgetRoom() { m_headset.room.reset(); }
   void setPhase(Availability::Phase phase);
   void setMayUninstall(bool may);
   void closeInstalledApps();

@@ -31,13 +31,29 @@ int lastEntry(const ExpansionFileList& module) {
   return qMin(module.ObbFileCount, static_cast<qint32>(module.ObbFileNames.size()) - 1);
 }
 
+PackageSurroundings surroundingsOf(const LoadedPackage& package) {
+  PackageSurroundings found;
+  found.ApkFolder = ParentPath(package.ApkPath);
+  found.package = package.package();
+  const QString packageFolder = found.ApkFolder + HostStyle::native().separator + found.package;
+  found.hasPackageFolder = !found.ApkFolder.isEmpty() && FolderExists(packageFolder);
+  found.files = filesDirectlyIn(found.hasPackageFolder ? packageFolder : found.ApkFolder);
+  return found;
+}
+
 }  // namespace
 
-InstallWorkflow::InstallWorkflow(Workbench& bench, QWidget* window) : m_bench(bench), m_window(window) {}
+InstallWorkflow::InstallWorkflow(Workbench& bench, QWidget* window, std::function<void()> chooseDevice)
+    : m_bench(bench), m_window(window), m_chooseDevice(std::move(chooseDevice)) {}
 
 InstallWorkflow::~InstallWorkflow() = default;
 
 QCoro::Task<> InstallWorkflow::Command1_Click() {
+  // Nothing has begun yet, so that No leaves everything as it is.
+  if (!m_bench.turn.taken()) {
+    const bool goesOn = co_await mayBegin(m_bench, plan(), m_chooseDevice);
+    if (!goesOn) co_return;
+  }
   const auto turn = m_bench.turn.begin();
   if (!turn) co_return;
   lock();
@@ -94,15 +110,25 @@ void InstallWorkflow::unlock() {
 }
 
 void InstallWorkflow::scan() {
-  PackageSurroundings found;
-  found.ApkFolder = ParentPath(m_bench.state.package.ApkPath);
-  found.package = m_bench.state.package.package();
-  const HostStyle& style = HostStyle::native();
-  const QString packageFolder = found.ApkFolder + style.separator + found.package;
-  found.hasPackageFolder = !found.ApkFolder.isEmpty() && FolderExists(packageFolder);
-  found.files = filesDirectlyIn(found.hasPackageFolder ? packageFolder : found.ApkFolder);
-  listExpansionFiles(found, style, m_bench.state.expansionFiles);
+  const PackageSurroundings found = surroundingsOf(m_bench.state.package);
+  listExpansionFiles(found, HostStyle::native(), m_bench.state.expansionFiles);
   if (found.hasPackageFolder) m_bench.desktop.Beep();
+}
+
+SendPlan InstallWorkflow::plan() const {
+  const LoadedPackage& package = m_bench.state.package;
+  SendPlan plan;
+  plan.name = package.ApkFileName;
+  plan.build = package.versionCode();
+  plan.newerBuild = m_bench.state.headset().newerBuild;
+  plan.packageBytes = QFileInfo(package.ApkPath).size();
+  if (package.package().isEmpty() || !isFitPackageName(package.package())) return plan;
+  ExpansionFileList list;
+  listExpansionFiles(surroundingsOf(package), HostStyle::native(), list);
+  plan.files = qMax(lastEntry(list), 0);
+  for (int i = 1; i <= plan.files; ++i)
+    plan.fileBytes += QFileInfo(list.ObbFilePaths[static_cast<size_t>(i)]).size();
+  return plan;
 }
 
 Form3& InstallWorkflow::loadedSelection() {

@@ -3,8 +3,10 @@
 #include <QCoroTask>
 #include <QMap>
 #include <QObject>
+#include <functional>
 #include <memory>
 
+#include "install/guard.h"
 #include "install/obb_selection.h"
 #include "install/verdict.h"
 
@@ -21,8 +23,8 @@ class InstallWorkflow : public QObject {
   Q_OBJECT
 
  public:
-  /// `window` is the owner of the selection window; may be null.
-  InstallWorkflow(Workbench& bench, QWidget* window);
+  /// `window` is the owner of the selection window; may be null. `chooseDevice` opens the list of devices.
+  InstallWorkflow(Workbench& bench, QWidget* window, std::function<void()> chooseDevice);
   ~InstallWorkflow() override;
 
   QCoro::Task<> Command1_Click();
@@ -34,6 +36,7 @@ class InstallWorkflow : public QObject {
   void lock();
   void unlock();
   void scan();
+  SendPlan plan() const;
   Form3& loadedSelection();
   /// False if the selection window was deleted together with this.
   QCoro::Task<bool> selectFiles();
@@ -52,6 +55,7 @@ class InstallWorkflow : public QObject {
 
   Workbench& m_bench;
   QWidget* m_window;
+  std::function<void()> m_chooseDevice;
   std::unique_ptr<Form3> m_Form3;
   bool m_unloadDue = false;
   InstallRun m_run;

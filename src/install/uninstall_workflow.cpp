@@ -108,6 +108,7 @@ QCoro::Task<QString> UninstallWorkflow::uninstall(bool keepData) {
   const QString Reply = co_await m_bench.objDOS.ExecuteCommand(line);
   m_run.uninstall = uninstallOutcome(Reply);
   m_uninstallReply = Reply;
+  m_bench.state.forgetRoom();
   co_return Reply;
 }
 

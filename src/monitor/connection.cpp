@@ -195,31 +195,38 @@ Connection found(State state, const QString& value = {}) {
           captionOf(row->action)};
 }
 
+/// The same where the list of devices tells it: adb works on `serial`, or on none.
+Connection listed(State state, const QString& value = {}, const QString& serial = {}) {
+  Connection connection = found(state, value);
+  connection.serial = serial;
+  return connection;
+}
+
 Connection foundFor(const ListedDevice& device, const ConnectionFacts& facts) {
   using Listed = ListedDevice::State;
   switch (device.state) {
     case Listed::Device:
-      return found(facts.listUsedUp ? State::ListUsedUp : State::Ready, device.serial);
+      return listed(facts.listUsedUp ? State::ListUsedUp : State::Ready, device.serial, device.serial);
     case Listed::Offline:
-      return found(State::Offline);
+      return listed(State::Offline);
     case Listed::Unauthorized:
-      return found(State::Unauthorized);
+      return listed(State::Unauthorized);
     case Listed::Authorizing:
     case Listed::Connecting:
-      return found(State::Connecting);
+      return listed(State::Connecting);
     case Listed::NoPermissions:
-      return found(State::NoPermissions);
+      return listed(State::NoPermissions);
     case Listed::Recovery:
     case Listed::Sideload:
     case Listed::Rescue:
     case Listed::Bootloader:
-      return found(State::OtherMode, device.words);
+      return listed(State::OtherMode, device.words);
     case Listed::Host:
     case Listed::Detached:
     case Listed::Unknown:
       break;
   }
-  return found(State::UnknownState, device.words.left(longestWords));
+  return listed(State::UnknownState, device.words.left(longestWords));
 }
 
 /// Why `list` has no device.
@@ -231,8 +238,8 @@ Connection foundWithout(const DeviceList& list, const ConnectionFacts& facts) {
       says(u"address already in use"_s))
     return found(State::PortTaken, words);
   if (!list.headed) return found(words.isEmpty() ? State::NoAnswer : State::ServerFailed, words);
-  if (!facts.chosenSerial.isEmpty()) return found(State::ChosenGone, facts.chosenSerial);
-  return found(facts.pluggedIn.value_or(false) ? State::NotListed : State::NoDevice);
+  if (!facts.chosenSerial.isEmpty()) return listed(State::ChosenGone, facts.chosenSerial);
+  return listed(facts.pluggedIn.value_or(false) ? State::NotListed : State::NoDevice);
 }
 
 }  // namespace
@@ -253,13 +260,17 @@ Connection diagnose(const ConnectionFacts& facts) {
     for (const ListedDevice& device : list.devices) {
       if (device.serial == facts.chosenSerial) return foundFor(device, facts);
     }
-    return found(State::ChosenGone, facts.chosenSerial);
+    return listed(State::ChosenGone, facts.chosenSerial);
   }
   // adb ignores devices that it may not open when it chooses one.
   QList<ListedDevice> reachable = list.devices;
   reachable.removeIf(
       [](const ListedDevice& device) { return device.state == ListedDevice::State::NoPermissions; });
-  if (reachable.size() > 1) return found(State::Several, QString::number(reachable.size()));
+  if (reachable.size() > 1) {
+    Connection several = listed(State::Several, QString::number(reachable.size()));
+    several.unchosen = reachable.size();
+    return several;
+  }
   return foundFor(reachable.isEmpty() ? list.devices.first() : reachable.first(), facts);
 }
 

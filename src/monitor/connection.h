@@ -67,7 +67,10 @@ struct Connection {
   Bilingual sentence;  ///< fits one row
   Bilingual remedy;    ///< what to do, in full; may be empty
   ConnectionAction action = ConnectionAction::None;
-  Bilingual actionCaption;  ///< empty without an action
+  Bilingual actionCaption;             ///< empty without an action
+  std::optional<QString> serial = {};  ///< the headset that adb works on, empty without one; nothing
+                                       ///< if this is no news of it
+  qsizetype unchosen = 0;              ///< devices among which adb cannot decide
 };
 
 /// The nearest cause only.

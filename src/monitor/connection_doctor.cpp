@@ -27,6 +27,7 @@ void ConnectionDoctor::consider(const ConnectionFacts& seen) {
     facts.pluggedIn = m_pluggedIn();
   if (seen.tool == ConnectionFacts::Tool::Missing) facts.toolPlaces = m_toolPlaces();
   m_connection = diagnose(facts);
+  if (m_connection.serial) m_bench.state.noteDevices(*m_connection.serial, m_connection.unchosen);
   const ConnectionAction action = m_connection.action;
   m_bench.status.setConnection({m_connection.sign, m_connection.sentence, m_connection.remedy,
                                 m_connection.actionCaption, [this, action] { m_act(action); }});

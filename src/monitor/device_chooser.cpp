@@ -356,6 +356,8 @@ QCoro::Task<> DeviceChooser::connectTo_Click() {
 void DeviceChooser::use_Click() {
   const QString serial = marked();
   if (serial.isEmpty()) return;
+  // An answer of the other headset's that is still to come is overtaken by this turn.
+  if (!m_bench.turn.begin()) return;
   takeFor(serial);
   hide();
 }

@@ -45,6 +45,7 @@ QCoro::Task<> ListedApp::mnu_uninstall_Click() {
   const bool usable = co_await m_menu.isUsable(package);
   if (!usable) co_return;
   co_await m_menu.execute(uninstallLine(Host::current(), package));
+  m_menu.bench().state.forgetRoom();
   // A run that was stopped, did not start or did not reach the headset may be repeated.
   const Outcome::Kind kind = uninstallOutcome(m_menu.LastReply).kind;
   const bool answered = kind != Outcome::Kind::Empty && kind != Outcome::Kind::NotReached;

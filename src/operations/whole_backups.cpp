@@ -189,6 +189,7 @@ QCoro::Task<RestoreOutcome> WholeBackups::uninstall(ChosenApp app) {
       false, false, u"✗ "_s + app.name() + u": "_s + inFace(u"包名不可用"_s, u"no usable package name"_s)};
   if (app.package.isEmpty() || !isFitPackageName(app.package)) co_return outcome;
   const QString reply = co_await m_menu.ask(uninstallLine(Host::current(), app.package));
+  m_menu.bench().state.forgetRoom();
   const bool stopped = m_menu.bench().turn.stopped();
   const Outcome said = uninstallOutcome(reply);
   outcome.good = said.kind == Outcome::Kind::Success;

@@ -1,4 +1,7 @@
+#include <signal.h>
+
 #include <QDirIterator>
+#include <QProcess>
 
 #include "program.h"
 #include "sample_package.h"
@@ -217,7 +220,8 @@ class InstallTest : public QObject {
         QVERIFY(headset().writeDeviceFile(deviceFolder + u"main.120.obb"_s, "all that was played"));
         desktop.answers = {kept ? BoxAnswer::No : BoxAnswer::Yes};
         if (installs) chooseWhenAsked({});
-        if (!installs) desktop.answers.prepend(BoxAnswer::Yes);
+        // Before the install: an older build after all. Before the other: uninstall it.
+        desktop.answers.prepend(BoxAnswer::Yes);
         press(installs ? m_program->form().Command1 : m_program->form().Command5);
         QTRY_VERIFY_WITH_TIMEOUT(!m_program->bench().turn.taken(), 60'000);
 
@@ -233,8 +237,92 @@ class InstallTest : public QObject {
         QVERIFY(told().contains(installs ? u"[INSTALL_FAILED_VERSION_DOWNGRADE]"_s : u"[DELETE_FAILED_"_s));
       }
     }
-    QCOMPARE(desktop.boxes.size(), 6);
+    QCOMPARE(desktop.boxes.size(), 8);
     QCOMPARE(m_program->console().count(u"删除设备上存在的文件夹"_s), 2);
+  }
+
+  void asksBeforeItBegins_data() {
+    QTest::addColumn<int>("installedBuild");
+    QTest::addColumn<QString>("freeBytes");
+    QTest::addColumn<QStringList>("asked");
+    QTest::newRow("nothing to ask") << 1 << u"9000000"_s << QStringList();
+    QTest::newRow("newer") << 120 << u"9000000"_s << QStringList(u"newer build 120; this file is 2."_s);
+    QTest::newRow("too large") << 1 << u"4000000"_s
+                               << QStringList{u": 5.7 MiB needed, 3."_s,
+                                              u"5.7 MiB are for 2 expansion files"_s};
+    QTest::newRow("both") << 3 << u"4000000"_s << QStringList{u"newer build 3;"_s, u" needed, 3."_s};
+  }
+  void asksBeforeItBegins() {
+    QFETCH(int, installedBuild);
+    QFETCH(QStringList, asked);
+    QFETCH(QString, freeBytes);
+    lay({u"a.obb"_s, u"b.obb"_s});
+    SamplePackage sample{.package = package, .versionCode = installedBuild};
+    QCOMPARE(sample.write(headset().workPath(u"there.apk"_s)), QString());
+    QCOMPARE(headset().adb({u"install"_s, headset().workPath(u"there.apk"_s)}).exitCode, 0);
+    sample.versionCode = 2;
+    QCOMPARE(sample.write(m_apk), QString());
+    for (const QString& name : {u"/a.obb"_s, u"/b.obb"_s})
+      QVERIFY(QFile::resize(QFileInfo(m_apk).path() + name, 3'000'000));
+    headset().setFault(u"storage_free_bytes"_s, freeBytes);
+    QVERIFY(m_program->start(m_apk));
+    apkinfo& form = m_program->form();
+    RecordingDesktop& desktop = m_program->desktop;
+    QTRY_VERIFY_WITH_TIMEOUT(form.Command1->isEnabled() && told().contains(u"Connected"_s), 10'000);
+    QTRY_VERIFY(!m_program->application->watcher().polling());
+    if (!asked.isEmpty()) {
+      headset().clearLog();
+      const QString console = m_program->console();
+      desktop.answers = {BoxAnswer::No};
+      form.Command1->click();
+      QVERIFY(!m_program->bench().turn.taken() && !m_program->bench().state.WatcherHold);
+      QVERIFY(form.Command1->isEnabled() && form.Command4->isEnabled() && told().contains(u"Connected"_s));
+      QCOMPARE(m_program->console(), console);
+      QCOMPARE(headset().services(), QStringList());
+      QCOMPARE(desktop.boxes.size(), 1);
+      QVERIFY(desktop.boxes[0].preselected == BoxAnswer::No && desktop.boxes[0].buttons == BoxButtons::YesNo);
+      for (const QString& part : asked)
+        QVERIFY2(desktop.boxes[0].text.contains(part), qPrintable(desktop.boxes[0].text));
+      desktop.boxes.clear();
+    }
+    // What one headset said does not hold for the next one, nor for this one when it comes back.
+    headset().setFault(u"state"_s, u"gone"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(told().contains(u"No headset"_s), 20'000);
+    const State& state = m_program->bench().state;
+    QVERIFY(!state.headset().room && state.headset().newerBuild.isEmpty());
+    headset().setFault(u"state"_s, u"device"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(state.headset().newerBuild.isEmpty(), installedBuild <= 2, 20'000);
+    chooseWhenAsked({});
+    install();
+    QVERIFY(desktop.boxes.isEmpty() == (installedBuild <= 2));
+    const bool refused = installedBuild > 2;
+    QVERIFY2(told().contains(refused ? u"(Not installed: "_s : u"(Installed 1.0"_s), qPrintable(told()));
+  }
+
+  void ofSeveralDevicesOneIsChosenFirst() {
+    lay({});
+    test::VirtualHeadset other(headset().adbServerPort());
+    QCOMPARE(other.start(), QString());
+    QVERIFY(m_program->start(m_apk));
+    Button* button = m_program->form().Command1;
+    QTRY_VERIFY_WITH_TIMEOUT(button->isEnabled() && told().contains(u"2 devices"_s), 20'000);
+    DeviceChooser& chooser = m_program->application->deviceChooser();
+    for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+      m_program->desktop.answers = {answer};
+      QVERIFY(!chooser.isVisible());
+      button->click();
+      QVERIFY(m_program->desktop.boxes.takeLast().text.contains(u"2 devices"_s));
+    }
+    QTRY_VERIFY(chooser.isVisible() && chooser.devices->rowCount() == 2 && !m_program->bench().turn.taken());
+    for (int row = 0; row < 2; ++row) {
+      if (chooser.devices->item(row, 0)->data(Qt::UserRole) == other.serial())
+        chooser.devices->selectRow(row);
+    }
+    chooser.use->click();
+    QTRY_VERIFY_WITH_TIMEOUT(told().contains(u"Connected: "_s + other.serial()), 20'000);
+    install();
+    QVERIFY(other.packages().contains(package) && headset().packages().isEmpty());
+    QVERIFY(m_program->desktop.boxes.isEmpty());
   }
 
   void twentyFilesOfThePackagesFolder() {
@@ -267,6 +355,54 @@ class InstallTest : public QObject {
     QTRY_VERIFY_WITH_TIMEOUT(!m_program->form().Command6->isEnabled(), 10'000);
     headset().clearFaults();
     QTRY_VERIFY_WITH_TIMEOUT(m_program->form().Command1->isEnabled(), 20'000);
+  }
+
+  void adbIsKilledInTheMiddleOfAPush_data() {
+    QTest::addColumn<bool>("server");
+    QTest::newRow("the tool") << false;
+    QTest::newRow("its server") << true;
+  }
+  void adbIsKilledInTheMiddleOfAPush() {
+    QFETCH(bool, server);
+    lay({u"a.obb"_s, u"b.obb"_s});
+    QVERIFY(QFile::resize(QFileInfo(m_apk).path() + u"/a.obb"_s, 8 << 20));
+    QVERIFY(m_program->start(m_apk));
+    headset().setFault(u"bytes_per_second"_s, u"2000000"_s);
+    chooseWhenAsked({});
+    press(m_program->form().Command1);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(headset().devicePath(deviceFolder + u"a.obb"_s)).size() > 1 << 20,
+                             30'000);
+    headset().clearFaults();
+    if (server) {
+      headset().adb({u"kill-server"_s});
+    } else {
+      QProcess look;
+      look.start(u"pgrep"_s,
+                 {u"-P"_s, QString::number(QCoreApplication::applicationPid()), u"-x"_s, u"adb"_s});
+      QVERIFY(look.waitForFinished());
+      ::kill(look.readAll().trimmed().toInt(), SIGKILL);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(m_program->console().endsWith(allDone), 60'000);
+    QTRY_VERIFY2(told().contains(u"(Installed 1.0, but only 1 of 2 files arrived"_s), qPrintable(told()));
+    QVERIFY(namesOnDevice().contains(u"b.obb"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_program->form().Command1->isEnabled(), 20'000);
+  }
+
+  void theHeadsetChangesBetweenPollAndClick() {
+    lay({});
+    QVERIFY(m_program->start(m_apk));
+    for (const auto& [state, words] :
+         {std::pair(u"unauthorized"_s, u"Not installed: The headset has not allowed"_s),
+          std::pair(u"offline"_s, u"Not installed: The headset"_s),
+          std::pair(u"gone"_s, u"Not installed: "_s)}) {
+      QTRY_VERIFY_WITH_TIMEOUT(m_program->form().Command1->isEnabled(), 20'000);
+      headset().setFault(u"state"_s, state);
+      QVERIFY(headset().waitForState(state == u"gone"_s ? QString() : state));
+      m_program->form().Command1->setEnabled(true);  // the poll comes too late
+      install();
+      QVERIFY2(told().contains(words), qPrintable(told()));
+      headset().setFault(u"state"_s, u"device"_s);
+    }
   }
 
   void stopInTheMiddleOfAPush() {
