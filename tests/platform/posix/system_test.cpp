@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QProcess>
 #include <QTemporaryDir>
 #include <array>
 #include <cerrno>
@@ -49,6 +50,24 @@ class SystemTest : public QObject {
     QCOMPARE(run.output, "0\r\n0\r\n1\r\n2\r\n");
     QCOMPARE(signalsFree.output, "2\r\n");
     QCOMPARE(bare.output, run.output);
+  }
+
+  void worksWhereProcessesCannotBeLookedAt() {
+    if (QFileInfo::exists(u"/proc/self"_s)) {
+      const QStringList hidden = {u"--dev-bind"_s, u"/"_s, u"/"_s, u"--tmpfs"_s, u"/proc"_s};
+      const QStringList again = {QCoreApplication::applicationFilePath(),
+                                 QString::fromLatin1(QTest::currentTestFunction())};
+      QProcess inside;
+      inside.setProcessChannelMode(QProcess::ForwardedChannels);
+      inside.start(u"bwrap"_s, hidden + again);
+      QVERIFY(inside.waitForFinished() && inside.exitCode() == 0);
+      return;
+    }
+    Run run(testChild(u"30 hang"_s));
+    QVERIFY(run.waitForOutput());
+    QVERIFY(!run.child->bytesRead());
+    run.child->kill();
+    QVERIFY(run.waitForEnd(5'000));
   }
 
   void aKilledRunDoesNotWaitForAStranger() {
