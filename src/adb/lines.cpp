@@ -19,6 +19,10 @@ QString devicesLine(const Host& host) {
   return line(host, u"devices"_s);
 }
 
+QString versionLine(const Host& host) {
+  return line(host, u"version"_s);
+}
+
 QString killServerLine(const Host& host) {
   return line(host, u"kill-server"_s);
 }

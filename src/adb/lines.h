@@ -13,6 +13,9 @@ namespace orvanta {
 /// `<adb> devices`
 QString devicesLine(const Host& host);
 
+/// `<adb> version`
+QString versionLine(const Host& host);
+
 /// `<adb> kill-server`
 QString killServerLine(const Host& host);
 

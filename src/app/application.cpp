@@ -38,6 +38,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
                  }}),
       m_Form2(&m_apkinfo),
       m_watcher(m_bench, [this] { return QApplication::activeWindow() == &m_apkinfo; }),
+      m_report(m_bench),
       m_chooser(
           m_bench, m_settings, [this] { m_watcher.lookAnew(); }, &m_apkinfo),
       m_remedies(m_bench, {[this] { m_watcher.lookAnew(); }, [this] { m_chooser.choose(); },
@@ -66,6 +67,7 @@ void Application::connectButtons() {
   QObject::connect(form.Command5, &QPushButton::clicked, &m_uninstall, &UninstallWorkflow::Command5_Click);
   QObject::connect(form.Command8, &QPushButton::clicked, &m_Form2, [this] { Command8_Click(); });
   QObject::connect(form.Command9, &QPushButton::clicked, &m_installedApps, &InstalledApps::Command9_Click);
+  QObject::connect(form.saveReport, &QPushButton::clicked, &m_report, &Report::save_Click);
   QObject::connect(form.Timer3, &QTimer::timeout, &m_watcher, &DeviceWatcher::Timer3_Timer);
   QObject::connect(&m_watcher, &DeviceWatcher::seen, &m_doctor, &ConnectionDoctor::consider);
 }

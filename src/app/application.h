@@ -6,6 +6,7 @@
 #include "apk/obb_discovery.h"
 #include "core/help_window.h"
 #include "core/main_window.h"
+#include "core/report.h"
 #include "core/settings_store.h"
 #include "core/splash.h"
 #include "device/adb_row.h"
@@ -66,6 +67,7 @@ class Application : private StartupSteps {
   apkinfo m_apkinfo;
   Form2 m_Form2;
   DeviceWatcher m_watcher;
+  Report m_report;
   DeviceChooser m_chooser;
   Remedies m_remedies;
   ConnectionDoctor m_doctor;

@@ -19,8 +19,9 @@ constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int fieldHeight = 42;
 constexpr int commandHeight = 30;
-constexpr int lineHeight = 24;
-constexpr int switchWidth = 36;
+constexpr int lineHeight = 38;
+constexpr int saveWidth = 30;
+constexpr int switchWidth = 34;
 constexpr int bannerTwipsTop = 840;
 constexpr int bannerTwipsLeft = 7680;
 constexpr int iconTwipsLeft = 6840;
@@ -157,6 +158,8 @@ void MainControls::createCommands(Form* form) {
 
   statusLine = new StatusLine(form);
   busyStrip = new BusyStrip(form);
+  saveReport = new SaveButton(u"saveReport"_s, Text(u"保存报告"_s, u"Save a report"_s), form);
+  saveReport->setShortcut(QKeySequence(u"Ctrl+S"_s));
   faceSwitch = new FaceSwitch(form);
   txtOutputs = new Console(u"txtOutputs"_s, form);
   Text1 = new QLineEdit(form);
@@ -196,7 +199,8 @@ void MainControls::arrange(const Form& form) {
   layRow({{Command9, 1}, {Command11, 1}, {Command12, 1}, {Command6, 1}}, margin, right, y, commandHeight);
   y += commandHeight + gap;
   for (QWidget* line : {static_cast<QWidget*>(statusLine), static_cast<QWidget*>(busyStrip)})
-    line->setGeometry(margin, y, right - margin - switchWidth, lineHeight);
+    line->setGeometry(margin, y, right - margin - saveWidth - switchWidth - gap, lineHeight);
+  saveReport->setGeometry(right - saveWidth - switchWidth, y, saveWidth, lineHeight);
   faceSwitch->setGeometry(right - switchWidth + 2, y, switchWidth - 2, lineHeight);
   y += lineHeight + gap;
   const int rowTop = pixels(rowTwipsTop) + room.height();

@@ -10,6 +10,7 @@
 #include "ui/face_switch.h"
 #include "ui/form.h"
 #include "ui/picture_box.h"
+#include "ui/save_button.h"
 #include "ui/status_line.h"
 
 namespace orvanta {
@@ -63,6 +64,7 @@ struct MainControls {
   Console* txtOutputs = nullptr;     ///< the console
   StatusLine* statusLine = nullptr;  ///< where the user stands
   BusyStrip* busyStrip = nullptr;    ///< the running tool, with Stop; in the line's place
+  SaveButton* saveReport = nullptr;  ///< saves console and state as a report; beside the line
   FaceSwitch* faceSwitch = nullptr;  ///< the language of the texts; beside the line
 
   QLineEdit* Text1 = nullptr;  ///< arguments of a free adb command

@@ -57,6 +57,12 @@ apkinfo::apkinfo(MainWindowNeeds needs)
   connect(busyStrip, &BusyStrip::inViewChanged, this,
           [this] { statusLine->setVisible(!busyStrip->inView()); });
   connect(&m_bench.status, &StatusBoard::changed, this, &apkinfo::showStatus);
+  connect(statusLine, &StatusLine::wholeTextWanted, this, [this](const QString& text) {
+    MessageBox box;
+    box.text = text;
+    box.icon = BoxIcon::Information;
+    m_bench.desktop.showBox(box);
+  });
   connect(&m_bench.status, &StatusBoard::verdictGiven, this, &apkinfo::callUser);
   showTools(m_bench.turn, busyStrip);
   showPercentage(m_bench.turn, this);

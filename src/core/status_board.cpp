@@ -5,13 +5,26 @@ namespace orvanta {
 void StatusBoard::setConnection(const Status& connection) {
   const bool same = connection.readsAs(m_connection);
   m_connection = connection;
-  if (!same) Q_EMIT changed();
+  if (same) return;
+  if (m_isAnswer) m_verdict.reset();
+  Q_EMIT changed();
 }
 
 void StatusBoard::setVerdict(const Status& verdict) {
-  m_verdict = verdict;
-  Q_EMIT changed();
+  setNotice(verdict);
   Q_EMIT verdictGiven(verdict);
+}
+
+void StatusBoard::setNotice(const Status& notice) {
+  m_verdict = notice;
+  m_isAnswer = false;
+  Q_EMIT changed();
+}
+
+void StatusBoard::setAnswer(const Status& answer) {
+  m_verdict = answer;
+  m_isAnswer = true;
+  Q_EMIT changed();
 }
 
 void StatusBoard::clearVerdict() {

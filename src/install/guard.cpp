@@ -22,22 +22,18 @@ Bilingual olderThan(const SendPlan& plan) {
 Bilingual largerThan(const SendPlan& plan, const StorageRoom& room) {
   const QString needed = readableSize(plan.packageBytes + plan.fileBytes);
   const QString available = readableSize(room.available.bytes);
-  Bilingual text = {
-      u"空间可能不够：需要 %1，头显上次报告可用 %2。"_s.arg(needed, available),
-      u"There may be too little space: %1 needed, %2 free when the headset was last asked."_s.arg(needed,
-                                                                                                  available)};
-  if (plan.files > 0) {
-    text.chinese +=
-        u"其中扩展文件 %1 个，共 %2；头显上已有的文件，以及您在下一个窗口里跳过的，不占新的空间。"_s
-            .arg(plan.files)
-            .arg(readableSize(plan.fileBytes));
-    text.english +=
-        u" Of this, %1 are for %2; those that the headset has already, or that you skip in the "
-        "next window, need none."_s.arg(
-            readableSize(plan.fileBytes),
-            plan.files == 1 ? u"the expansion file"_s : u"%1 expansion files"_s.arg(plan.files));
-  }
-  return text;
+  const auto filled = [&](const QString& text) { return text.arg(needed, available); };
+  if (plan.files == 0)
+    return {filled(u"空间可能不够：需要 %1，头显上次报告可用 %2。"_s),
+            filled(u"There may be too little space: %1 needed, %2 free when the headset was last asked."_s)};
+  const QString ofFiles = readableSize(plan.fileBytes);
+  const auto withFiles = [&](const QString& text) { return filled(text).arg(plan.files).arg(ofFiles); };
+  return {
+      withFiles(u"空间可能不够：需要 %1（其中 %3 个扩展文件占 %4），头显上次报告可用 %2。"
+                "头显上已有的文件，以及您在下一个窗口里跳过的，不占新的空间。"_s),
+      withFiles(u"There may be too little space: %1 needed (%4 of it for expansion files: %3), %2 free when "
+                "the headset was last asked. Files that it has already, or that you skip in the next window, "
+                "need none."_s)};
 }
 
 QCoro::Task<bool> ask(Workbench& bench, QString text) {
@@ -51,8 +47,10 @@ QCoro::Task<bool> ask(Workbench& bench, QString text) {
   co_return answer == BoxAnswer::Yes;
 }
 
-QString paragraph(const Bilingual& text) {
-  return text.chinese + u"\r\n"_s + text.english + u"\r\n\r\n"_s;
+/// On lines of its own, in each language if both are shown.
+QString paragraph(Bilingual text) {
+  text.both = text.chinese + u"\r\n"_s + text.english;
+  return text.shown() + u"\r\n\r\n"_s;
 }
 
 }  // namespace
@@ -73,7 +71,7 @@ QCoro::Task<bool> mayBegin(Workbench& bench, SendPlan plan, std::function<void()
     const QString text = paragraph(
         {u"接有 %1 台设备，还没有选择要用哪一台，adb 不会安装。"_s.arg(unchosen),
          u"%1 devices are connected and none is chosen, so adb would not install."_s.arg(unchosen)});
-    const bool chooses = co_await ask(bench, text + u"现在选择吗？ (Choose one now?)"_s);
+    const bool chooses = co_await ask(bench, text + inFace(u"现在选择吗？"_s, u"Choose one now?"_s));
     if (chooses) chooseDevice();
     co_return false;
   }
@@ -81,7 +79,7 @@ QCoro::Task<bool> mayBegin(Workbench& bench, SendPlan plan, std::function<void()
   if (objections.isEmpty()) co_return true;
   QString text = plan.name + u"\r\n\r\n"_s;
   for (const Bilingual& objection : objections) text += paragraph(objection);
-  const bool goesOn = co_await ask(bench, text + u"仍要安装吗？ (Install anyway?)"_s);
+  const bool goesOn = co_await ask(bench, text + inFace(u"仍要安装吗？"_s, u"Install anyway?"_s));
   co_return goesOn;
 }
 

@@ -54,6 +54,7 @@ QCoro::Task<bool> DeviceWatcher::DeviceConnected() {
     co_return false;
   }
   if (!m_silence.isValid()) m_silence.start();
+  m_asked = true;
   const quint64 asked = m_bench.turn.count();
   const QString line = devicesLine(Host::current());
   const QString output = co_await m_bench.runQuietly(m_pollDOS, line);
@@ -72,7 +73,7 @@ void DeviceWatcher::noteReply(quint64 asked) {
 void DeviceWatcher::tellSeen() {
   constexpr qint64 second = 1000;
   // The poll itself goes on only when the user has closed the box about it.
-  const auto error = m_pollDOS.startError();
+  const auto error = m_asked ? m_pollDOS.startError() : std::nullopt;
   m_facts.tool = error ? toolAfterStartFailure(*error) : ConnectionFacts::Tool::Runs;
   if (error) m_silence.invalidate();
   m_facts.silentSeconds = m_silence.isValid() ? static_cast<int>(m_silence.elapsed() / second) : 0;
@@ -81,6 +82,7 @@ void DeviceWatcher::tellSeen() {
 
 QCoro::Task<> DeviceWatcher::lookAnew() {
   m_silence.invalidate();
+  m_asked = false;
   m_facts = {};
   Q_EMIT seen(m_facts);
   co_await Timer3_Timer();

@@ -57,6 +57,7 @@ class DeviceWatcher : public QObject {
   QTimer m_limit;
   QElapsedTimer m_silence;  ///< valid while adb owes an answer
   ConnectionFacts m_facts;
+  bool m_asked = false;  ///< adb was started, or that was tried, since something else has changed
 };
 
 }  // namespace orvanta

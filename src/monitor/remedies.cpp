@@ -126,10 +126,9 @@ QCoro::Task<> Remedies::RestartServer() {
 
 void Remedies::CopyUdevCommand() {
   QGuiApplication::clipboard()->setText(udevCommand());
-  m_bench.status.setVerdict(
-      {Status::Sign::Hint,
-       {u"已复制，请在终端里运行"_s, u"Copied: run it in a terminal"_s},
-       {u"然后拔下数据线再插上。"_s, u"Then unplug the cable and plug it in again."_s}});
+  m_bench.status.setAnswer({Status::Sign::Hint,
+                            {u"已复制，请在终端里运行"_s, u"Copied: run it in a terminal"_s},
+                            {u"然后拔下数据线再插上。"_s, u"Then unplug the cable and plug it in again."_s}});
 }
 
 }  // namespace orvanta

@@ -159,9 +159,13 @@ void BusyStrip::resizeEvent(QResizeEvent*) {
 void BusyStrip::layOut() {
   const int stopWidth = m_stop->sizeHint().width();
   const int barWidth = m_wait.isActive() ? 0 : width() / 4;
-  m_stop->setGeometry(width() - stopWidth, 0, stopWidth, height());
-  m_bar->setGeometry(width() - stopWidth - 8 - barWidth, height() / 2 - 4, barWidth, 8);
-  m_text->setGeometry(8, 0, width() - stopWidth - barWidth - 24, height());
+  constexpr int highestButton = 26;
+  const int high = qMin(height(), highestButton);
+  const int space = (height() - high) / 2;
+  const int right = width() - space - stopWidth;
+  m_stop->setGeometry(right, space, stopWidth, high);
+  m_bar->setGeometry(right - 8 - barWidth, height() / 2 - 4, barWidth, 8);
+  m_text->setGeometry(8, 0, right - barWidth - 24, height());
 }
 
 void BusyStrip::paintEvent(QPaintEvent*) {

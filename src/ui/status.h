@@ -18,6 +18,9 @@ struct Status {
 
   /// Whether something is wrong that the user must fix first.
   bool isTrouble() const { return sign == Sign::Warning || sign == Sign::Error; }
+  /// Sentence and details, line by line in both languages.
+  QString wholeText() const;
+
   /// Whether it reads the same; what the button does goes by its caption.
   bool readsAs(const Status& other) const {
     return sign == other.sign && sentence == other.sentence && details == other.details &&

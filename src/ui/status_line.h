@@ -9,8 +9,9 @@
 namespace orvanta {
 
 /// A row that shows a status: sign, sentence, at most one button. A second, shorter text beside the sentence
-/// tells about trouble since then. Text that does not fit is shortened; the tool-tip has all of it. Screen
-/// readers are told about every change.
+/// tells about trouble since then. A sentence that does not fit has a line for each language; what does not
+/// fit then is shortened. The tool-tip has all of it, and so has a button where the status has none of its
+/// own. Screen readers are told about every change.
 class StatusLine : public QWidget {
   Q_OBJECT
 
@@ -26,12 +27,18 @@ class StatusLine : public QWidget {
   /// The line's whole text, unshortened.
   QString text() const { return accessibleName(); }
 
+ Q_SIGNALS:
+  /// The user wants to read all of it.
+  void wholeTextWanted(const QString& text);
+
  protected:
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  QString buttonCaption() const;
+  bool hasMore() const;
   void showButton();
   void layOut();
 

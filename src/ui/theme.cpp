@@ -22,7 +22,7 @@ const Scheme lightScheme{QColor(0xf4f5f7), QColor(0xffffff), QColor(0xf0f1f4),
                          QColor(0xd2d6de), QColor(0x2f6f9f), QColor(0x1f6fb0)};
 const Scheme darkScheme{QColor(0x1e212b), QColor(0x161922), QColor(0x242835),
                         QColor(0xe8eaf0), QColor(0x9aa0b0), QColor(0x2c3140),
-                        QColor(0x3c4254), QColor(0x3d86bd), QColor(0x6db7ee)};
+                        QColor(0x3c4254), QColor(0x3478ab), QColor(0x6db7ee)};
 
 QPalette paletteOf(const Scheme& s) {
   QPalette palette(s.button, s.window);
@@ -93,6 +93,12 @@ QColor frameGround(const QPalette& palette) {
   QColor ground = palette.color(QPalette::Base);
   ground.setAlphaF(0.55F);
   return ground;
+}
+
+QColor fieldLine(const QPalette& palette) {
+  QColor ink = palette.color(QPalette::Text);
+  ink.setAlphaF(0.55F);
+  return ink;
 }
 
 QColor captionText(const QPalette& palette) {

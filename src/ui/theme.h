@@ -21,6 +21,8 @@ QFont consoleFont();
 
 QColor frameLine(const QPalette& palette);
 QColor frameGround(const QPalette& palette);
+/// Around a field to type into: dark or light enough to be seen by itself.
+QColor fieldLine(const QPalette& palette);
 QColor captionText(const QPalette& palette);
 /// The accent for the one button that matters most, and for progress.
 QColor accent();

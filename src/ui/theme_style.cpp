@@ -42,6 +42,16 @@ void drawButton(const QStyleOption& option, bool firstAction, QPainter& painter)
   painter.drawRoundedRect(inner(option.rect), 4, 4);
 }
 
+void drawFieldLine(const QStyleOption& option, QPainter& painter) {
+  const bool enabled = option.state & QStyle::State_Enabled;
+  const bool focus = enabled && option.state & QStyle::State_HasFocus;
+  painter.setPen(focus     ? option.palette.color(QPalette::Highlight)
+                 : enabled ? theme::fieldLine(option.palette)
+                           : theme::frameLine(option.palette));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(inner(option.rect), 3, 3);
+}
+
 void drawCheckBox(const QStyleOption& option, QPainter& painter) {
   const bool enabled = option.state & QStyle::State_Enabled;
   const bool some = option.state & QStyle::State_NoChange;
@@ -70,13 +80,21 @@ ThemeStyle::ThemeStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
 
 void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
+  if (element == PE_Frame) {
+    painter->setPen(theme::frameLine(option->palette));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    return;
+  }
   if (element == PE_PanelMenu) {
     painter->setPen(theme::frameLine(option->palette).darker(130));
     painter->setBrush(option->palette.color(QPalette::Button));
     painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     return;
   }
-  if (element != PE_PanelButtonCommand && element != PE_IndicatorCheckBox) {
+  const bool ours =
+      element == PE_PanelButtonCommand || element == PE_IndicatorCheckBox || element == PE_FrameLineEdit;
+  if (!ours) {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     return;
   }
@@ -84,6 +102,8 @@ void ThemeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   painter->setRenderHint(QPainter::Antialiasing);
   if (element == PE_PanelButtonCommand) {
     drawButton(*option, widget != nullptr && widget->property("firstAction").toBool(), *painter);
+  } else if (element == PE_FrameLineEdit) {
+    drawFieldLine(*option, *painter);
   } else {
     drawCheckBox(*option, *painter);
   }

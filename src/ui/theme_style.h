@@ -4,7 +4,8 @@
 
 namespace orvanta {
 
-/// Fusion with flat buttons, check boxes and menus whose outlines show on dark ground as well as on light.
+/// Fusion with flat buttons, check boxes, fields and menus whose outlines show on dark ground as well as on
+/// light.
 class ThemeStyle : public QProxyStyle {
  public:
   ThemeStyle();

@@ -108,6 +108,12 @@ class CommandLinesTest : public QObject {
     press(form().Command7);
   }
 
+  void saveReport() {
+    m_desktop.savePaths = {m_home.filePath(u"report"_s)};
+    form().saveReport->click();
+    QTRY_VERIFY(form().statusLine->text().contains(u"Report saved"_s));
+  }
+
   void openList() {
     press(form().Command9);
     apps().fill(readInventory(u"IP3x: some.app \r\napplication-label:A\r\n"_s));
@@ -219,6 +225,7 @@ class CommandLinesTest : public QObject {
         {"typed",
          [this] { type(u" shell \"ls  /sdcard\"  '*' "_s); },
          {adb + u" shell \"ls  /sdcard\"  '*' "_s}},
+        {"report", [this] { saveReport(); }, {adb + u"version"_s}},
         {"list", [this] { openList(); }, {u"adb shell \"pm list packages -3 |wc -l\""_s}},
         {"backup", [this] { choose(apps().mnu_backup_apk); }, {path, packageSize, pull}},
         {"backup with files",

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "core/help_window.h"
+#include "core/report.h"
 #include "core/splash.h"
 #include "ui/main_window_fixture.h"
 
@@ -239,7 +240,7 @@ class MainWindowTest : public QObject {
     } while (form.focusWidget() != form.Command1 && reached.size() < 50);
     QCOMPARE(reached.join(u' '),
              u"Command1 Check1 Command2 Command4 Command5 Command8 Check2 Command9 Command11 Command12 "
-             "Command6 faceSwitch txtOutputs"_s);
+             "Command6 saveReport faceSwitch txtOutputs"_s);
   }
 
   void statusLineTellsVerdictAndTrouble() {
@@ -293,6 +294,47 @@ class MainWindowTest : public QObject {
     QTRY_VERIFY(form.statusLine->isVisible());
     button->click();
     QCOMPARE(pressed, u"steps free again "_s);
+    status.setAnswer(installed);
+    QCOMPARE(tells(), u"装 (installed)"_s);
+    status.setConnection(ready);
+    QCOMPARE(tells(), u"好 (ready)"_s);
+    const QString reason(200, u'x');
+    status.setVerdict({Sign::Error, {u"拒"_s, reason}});
+    button->click();
+    QCOMPARE(window.desktop.boxTexts(), QStringList(u"拒 ("_s + reason + u')'));
+  }
+
+  void theReportIsSavedWhileAToolRuns() {
+    Started window(u"/x.apk"_s);
+    apkinfo& form = *window.form;
+    Report report(window.bench);
+    connect(form.saveReport, &QPushButton::clicked, &report, &Report::save_Click);
+    form.show();
+    form.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    window.bench.console.say(QDir::homePath() + u"/secret.apk"_s);
+    const auto turn = window.bench.turn.begin();
+    RecordingDesktop& desktop = window.desktop;
+    const QString path = window.filePath(u"x.txt"_s);
+    desktop.savePaths = {window.filePath(u"x"_s), path, path, window.filePath(u"no/x.txt"_s)};
+    desktop.answers = {BoxAnswer::No, BoxAnswer::Yes};
+    const auto saved = [&path] {
+      QFile file(path);
+      return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    };
+    for (const int boxes : {0, 1, 2, 3}) {
+      if (boxes == 1) QVERIFY(QFile::resize(path, 0));  // and it stays so
+      QTest::keyClick(&form, Qt::Key_S, Qt::ControlModifier);
+      QTRY_COMPARE(desktop.saveQuestions.size(), boxes + 1);
+      QTRY_COMPARE(desktop.boxes.size(), boxes);
+      QTRY_COMPARE(saved().contains(u"A tool is running: yes"_s), boxes != 1);
+      if (boxes == 0) QTRY_COMPARE(form.statusLine->text(), u"报告已保存 (Report saved)"_s);
+      if (boxes == 0) QVERIFY2(saved().contains(u"~/secret.apk"_s), qPrintable(saved()));
+      if (boxes == 0) QVERIFY(saved().contains(u"com.example.app"_s) && !saved().contains(QDir::homePath()));
+    }
+    QVERIFY(desktop.boxes[2].text.contains(u"no/x.txt"_s) && desktop.boxes[2].icon == BoxIcon::Critical);
+    form.statusLine->findChild<Button*>()->click();
+    QCOMPARE(desktop.opened.size(), 1);
   }
 
   void bannerOpensTheSite() {

@@ -5,6 +5,7 @@
 #include "monitor/device_watcher.h"
 #include "monitor/installed_version.h"
 #include "monitor/storage_report.h"
+#include "platform/host_style.h"
 #include "support/stand_in.h"
 #include "ui/main_window_fixture.h"
 
@@ -34,6 +35,20 @@ class WatcherTest : public QObject {
     return captions.join(u", "_s);
   }
   void poll() { QCoro::waitFor(m_watcher->Timer3_Timer()); }
+  /// Whether the line shows its sentence to the end in both languages.
+  bool isWholeInView() {
+    const auto picture = [this](const Status& status) {
+      form().statusLine->tell(status);
+      return form().statusLine->grab().toImage();
+    };
+    const Status whole = bench().status.first();
+    Status chinese = whole;
+    Status english = whole;
+    chinese.sentence.chinese.back() = english.sentence.english.back() = u'#';
+    const bool differ = picture(english) != picture(whole) && picture(chinese) != picture(whole);
+    form().statusLine->tell(whole);
+    return differ;
+  }
 
  private Q_SLOTS:
   void init() {
@@ -112,6 +127,7 @@ class WatcherTest : public QObject {
       m_adb->answer(u"devices"_s, reply);
       poll();
       QVERIFY2(tells().contains(told), qPrintable(tells()));
+      QVERIFY2(isWholeInView(), qPrintable(told));
     }
     QCOMPARE(m_adb->takeCalls().count(u"devices"_s), std::size(rows));
     // A server that hangs: the ticks that find the poll under way tell for how long.
@@ -123,6 +139,24 @@ class WatcherTest : public QObject {
     m_adb->answer(u"devices"_s, oneDevice);
     poll();
     QVERIFY(tells().contains(u"Connected"_s));
+  }
+
+  void aToolThatWasPutThereIsMissingNoMore() {
+    ConnectionDoctor doctor(
+        bench(), [](ConnectionAction) {}, [] { return std::optional<bool>(); }, [] { return QStringList(); });
+    connect(m_watcher.get(), &DeviceWatcher::seen, &doctor, &ConnectionDoctor::consider);
+    QDir beside(QCoreApplication::applicationDirPath());
+    const QString tool = u"adb"_s + HostStyle::native().executableSuffix;
+    QVERIFY(beside.rename(tool, u"adb.away"_s));
+    poll();
+    QVERIFY(beside.rename(u"adb.away"_s, tool));
+    QVERIFY(form().statusLine->text().contains(u"adb was not found"_s));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCoro::waitFor(m_watcher->lookAnew());
+    QVERIFY2(form().statusLine->text().contains(u"Paused"_s), qPrintable(form().statusLine->text()));
   }
 
   void noKeyIsTakenForAnotherControlWhenTheButtonsGoGrey() {
