@@ -14,6 +14,7 @@ declare -rA debian_packages=(
   [test]="desktop-file-utils libglib2.0-bin"
   [comparison]="aapt android-framework-res"
   [lint]="git clang-format-14 clang-tidy-14 shellcheck codespell libbenchmark-dev"
+  [fuzz]="clang unzip aapt android-framework-res"
   [virtual-display]="xvfb openbox xdotool x11-utils xclip imagemagick"
   [pictures]="optipng"
   [windows]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev dpkg-dev xz-utils wine64"

@@ -21,7 +21,7 @@ std::optional<DeviceFile> fileIn(QStringView line) {
   file.size = line.mid(2, second - 2).toLongLong(&sized);
   file.time = line.mid(second + 1, third - second - 1).toLongLong(&timed);
   file.path = line.mid(third + 1).toString();
-  if (!sized || !timed || file.size < 0) return std::nullopt;
+  if (!sized || !timed || file.size < 0 || file.size > largestFile) return std::nullopt;
   return file;
 }
 
@@ -43,7 +43,7 @@ AppState appStateIn(const QString& reply, const QString& package) {
   AppState state;
   const QString expansion = obbPathOnDevice(package) + u'/';
   const QString data = dataPathOnDevice(package) + u'/';
-  bool inTable = false;
+  qsizetype table = -1;  // where the figures of the storage begin
   for (const QStringView part : QStringView(reply).tokenize(u'\n')) {
     const QStringView line = withoutLineEnd(part);
     const QStringView words = line.trimmed();
@@ -62,12 +62,12 @@ AppState appStateIn(const QString& reply, const QString& package) {
     } else if (words.startsWith(u"versionName=")) {
       if (state.version.isEmpty()) state.version = words.mid(12).toString();
     } else if (words.startsWith(u"Filesystem")) {
-      inTable = true;
-      state.room = storageRoomIn(reply.mid(part.data() - reply.constData()));
-    } else if (!words.isEmpty() && !inTable) {
+      table = part.data() - reply.constData();
+    } else if (!words.isEmpty() && table < 0) {
       state.complaints << words.toString();
     }
   }
+  if (table >= 0) state.room = storageRoomIn(reply.mid(table));
   if (state.packageFiles.isEmpty()) state.build.clear();
   // What cannot be read is told of with the files and with the folders.
   state.complaints.removeDuplicates();

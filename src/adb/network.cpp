@@ -19,7 +19,7 @@ bool hasLineWith(const QString& reply, const QString& beginning) {
 
 QString networkAddressIn(const QString& reply) {
   static const QRegularExpression address(
-      u"^\\s*inet ([0-9.]+)(?:/[0-9]+)? .*\\bscope global\\b.*?(\\S+)\\s*$"_s,
+      u"^\\s*inet ([0-9][0-9.]*)(?:/[0-9]+)? .*\\bscope global\\b.*?(\\S+)\\s*$"_s,
       QRegularExpression::MultilineOption);
   QString other;
   for (auto found = address.globalMatch(reply); found.hasNext();) {

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include "adb/storage.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -130,7 +132,7 @@ DeviceSizes sizesIn(const QString& reply) {
     if (text.isEmpty()) continue;
     bool isNumber = false;
     const qint64 bytes = text.toLongLong(&isNumber);
-    if (isNumber) {
+    if (isNumber && bytes >= 0 && bytes <= largestFile) {
       ++sizes.files;
       sizes.bytes += bytes;
     } else {

@@ -6,6 +6,9 @@
 
 namespace orvanta {
 
+/// In bytes. No headset has room for a larger file: a size above is a broken reply.
+inline constexpr qint64 largestFile = qint64(1) << 40;
+
 /// The path in the reply to `echo $EXTERNAL_STORAGE`: all of it without its line end of two characters. Empty
 /// for a shorter reply.
 QString externalStorageIn(const QString& reply);

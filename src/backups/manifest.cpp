@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "adb/device_names.h"
+#include "adb/storage.h"
 #include "text/bilingual.h"
 
 using namespace Qt::StringLiterals;
@@ -46,10 +47,10 @@ QString text(const QJsonObject& object, QStringView key, bool needed = false) {
 }
 
 qint64 number(const QJsonObject& object, QStringView key) {
-  constexpr double most = 9007199254740992.0;  // JSON has no larger whole numbers
   const QJsonValue value = object[key];
   const double found = value.toDouble(-1);
-  if (!value.isDouble() || found < 0 || found > most || found != static_cast<double>(value.toInteger(-1)))
+  if (!value.isDouble() || found < 0 || found > static_cast<double>(largestFile) ||
+      found != static_cast<double>(value.toInteger(-1)))
     throw Refusal{wrong(key.toString())};
   return value.toInteger();
 }

@@ -36,7 +36,8 @@ class BackupsReadersTest : public QObject {
     const QByteArray good = manifest(entry("apk/base.apk") + "," + entry("obb/com.a/x"));
     const std::pair<QByteArray, const char*> cases[] = {
         {good, ""},
-        {manifest(entry("obb/com.a/日 'a' 🎮", "9007199254740992")), ""},
+        {manifest(entry("obb/com.a/日 'a' 🎮", "1099511627776")), ""},
+        {manifest(entry("obb/com.a/x", "1099511627777")), "size"},
         {good.chopped(2), "cut off"},
         {"", "cut off"},
         {"[1]", "cut off"},
