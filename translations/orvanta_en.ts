@@ -255,7 +255,7 @@ Are you sure?</translation>
     </message>
     <message>
         <source>点击跳过</source>
-        <translation>Click to skip</translation>
+        <translation>Skip here</translation>
     </message>
     <message>
         <source>Install</source>

@@ -51,6 +51,7 @@ QString desktopEntry(const QString& program) {
          "Type=Application\n"
          "Version=1.0\n"
          "Name=Orvanta\n"
+         "Name[zh_CN]=Orvanta 头显助手\n"
          "GenericName=Headset Companion\n"
          "GenericName[zh_CN]=头显助手\n"
          "Comment=Put Android packages on a Quest headset and manage what is there\n"
@@ -60,6 +61,7 @@ QString desktopEntry(const QString& program) {
          u"\nMimeType=application/vnd.android.package-archive;\n"
          "Categories=Utility;\n"
          "Keywords=apk;obb;adb;headset;sideload;\n"
+         "Keywords[zh_CN]=apk;obb;adb;头显;安装;备份;\n"
          "Terminal=false\n"
          "StartupNotify=true\n"
          "StartupWMClass=Orvanta\n"_s;

@@ -55,6 +55,9 @@ int lackingRoom(const QWidget* widget) {
     small.setPixelSize(11);
     return QFontMetrics(small).horizontalAdvance(frame->title()) - frame->contentArea().width();
   }
+  // What the user's data is has a tool-tip.
+  const auto* label = qobject_cast<const Label*>(widget);
+  if (label != nullptr && label->toolTip().isEmpty()) return textWidth(label->text()) - label->width();
   if (const auto* toggle = qobject_cast<const ToggleButton*>(widget))
     return textWidth(toggle->text()) - toggle->width();
   if (const auto* button = qobject_cast<const QPushButton*>(widget))
