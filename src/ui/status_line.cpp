@@ -147,6 +147,8 @@ void StatusLine::showButton() {
   // A press already begun was never meant for the new action: the focus moves away, and the press is dropped.
   m_button->setDown(false);
   m_button->hide();
+  // While another window is active, nothing else does this; the neighbour would then get the next key.
+  if (window()->focusWidget() == m_button) focusNextPrevChild(true);
   m_button->setText(caption);
   m_button->setAccessibleName(caption);
   m_button->setVisible(!caption.isEmpty());

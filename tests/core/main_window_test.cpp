@@ -294,6 +294,16 @@ class MainWindowTest : public QObject {
     QTRY_VERIFY(form.statusLine->isVisible());
     button->click();
     QCOMPARE(pressed, u"steps free again "_s);
+    button->setFocus();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    status.setConnection(ready);
+    status.setConnection(silent);
+    form.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    QCOMPARE(form.focusWidget(), form.txtOutputs);
     status.setAnswer(installed);
     QCOMPARE(tells(), u"装 (installed)"_s);
     status.setConnection(ready);
