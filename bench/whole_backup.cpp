@@ -35,6 +35,7 @@ struct YesDesktop : Desktop {
   QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
   QCoro::Task<QString> askSaveFile(SaveFileQuestion) override { co_return QString(); }
   QCoro::Task<QString> askFolder(QString) override { co_return QString(); }
+  QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
   void Beep() override {}
   void notify(const QString&, const QString&) override {}
   bool moveToWasteBin(const QString&) override { return false; }

@@ -22,9 +22,11 @@ Properties::Properties(const QString& file, const QString& serial) : m_file(file
       {u"ro.product.cpu.abi"_s, u"arm64-v8a"_s},
       {u"ro.product.cpu.abilist"_s, u"arm64-v8a,armeabi-v7a,armeabi"_s},
       {u"ro.product.device"_s, u"hollywood"_s},
+      {u"ro.product.locale"_s, u"en-US"_s},
       {u"ro.product.model"_s, u"Quest 2"_s},
       {u"ro.product.name"_s, u"hollywood"_s},
       {u"ro.serialno"_s, serial},
+      {u"ro.sf.lcd_density"_s, u"560"_s},
       {u"sys.boot_completed"_s, u"1"_s},
       {u"sys.usb.config"_s, u"adb"_s},
   };

@@ -165,6 +165,13 @@ QString frameworkResources() {
   return {};
 }
 
+bool writeArchive(const QString& file, const QMap<QString, QByteArray>& contents, bool deflated) {
+  Archive archive(file);
+  for (auto it = contents.begin(); it != contents.end(); ++it)
+    if (!archive.add(it.key(), it.value(), deflated)) return false;
+  return archive.close();
+}
+
 QString SamplePackage::write(const QString& file) const {
   QDir().mkpath(QFileInfo(file).absolutePath());
   Archive archive(QFileInfo(file).absoluteFilePath());

@@ -34,6 +34,9 @@ struct SamplePackage {
   [[nodiscard]] QString write(const QString& file) const;
 };
 
+/// Writes a zip archive of these files, by their path in it, deflated or as they are. False on failure.
+bool writeArchive(const QString& file, const QMap<QString, QByteArray>& contents, bool deflated = false);
+
 /// The framework resources that the real aapt needs to make a package, from Debian's android-framework-res or
 /// an SDK; empty if there are none.
 QString frameworkResources();

@@ -13,21 +13,23 @@ namespace {
 
 /// Starts the program, on the very first start after the question for its face. A start with a package never
 /// asks.
-QCoro::Task<> start(orvanta::Application& program, QString commandText) {
+QCoro::Task<> start(orvanta::Application& program, QString commandText, QStringList commandWords) {
   orvanta::SettingsStore settings;
   orvanta::takeFace(settings);
   if (commandText.isEmpty() && orvanta::FaceQuestion::isDue(settings)) {
     orvanta::FaceQuestion question;
     co_await question.ask(settings);
   }
-  program.start(commandText);
+  program.start(commandText, commandWords);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const QString commandText = orvanta::commandText(argc, argv);
-  // Everything after the program's name is one path; no part of it is an option, ours or the toolkit's.
+  const QStringList commandWords = orvanta::commandWords(argc, argv);
+  // Everything after the program's name is one path, or several; no part of it is an option, ours or the
+  // toolkit's.
   int toolkitWords = 1;
   QApplication application(toolkitWords, argv);
   QApplication::setApplicationName(u"Orvanta"_s);
@@ -44,6 +46,6 @@ int main(int argc, char** argv) {
   orvanta::QtDesktop desktop;
   orvanta::Application orvanta(desktop, [] { QCoreApplication::exit(0); });
   orvanta.endWithTheSession();
-  start(orvanta, commandText);
+  start(orvanta, commandText, commandWords);
   return QApplication::exec();
 }

@@ -56,6 +56,9 @@ title_of() {
     zh:chooser) echo '^选择设备$' ;;
     en:chooser) echo '^Headsets$' ;;
     *:chooser) echo '^选择设备 ' ;;
+    zh:queue) echo '^安装队列$' ;;
+    en:queue) echo '^Queue$' ;;
+    *:queue) echo '^安装队列 ' ;;
   esac
 }
 

@@ -60,10 +60,24 @@ QString installLine(const Host& host, const QString& apkPath, bool grantPermissi
          quotedLocalPath(apkPath, host.style);
 }
 
-QString installSeveralLine(const Host& host, const QStringList& apkPaths) {
-  QString arguments = u"install-multiple -r"_s;
+QString installSeveralLine(const Host& host, const QStringList& apkPaths, bool grantPermissions) {
+  QString arguments = grantPermissions ? u"install-multiple -r -g"_s : u"install-multiple -r"_s;
   for (const QString& path : apkPaths) arguments += u' ' + quotedLocalPath(path, host.style);
   return line(host, arguments);
+}
+
+QString waitLine(const Host& host) {
+  return line(host, u"wait-for-device"_s);
+}
+
+QString packageBuildsLine(const Host& host) {
+  return line(host, u"shell pm list packages --show-versioncode"_s);
+}
+
+QString traitsLine(const Host& host) {
+  return line(host,
+              u"shell \"getprop ro.product.cpu.abilist; getprop ro.sf.lcd_density; "
+              "getprop persist.sys.locale; getprop ro.product.locale\""_s);
 }
 
 QString uninstallLine(const Host& host, const QString& package) {

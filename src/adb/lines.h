@@ -43,8 +43,18 @@ QString rebootLine(const Host& host);
 /// `<adb> install -r [-g ]"<apkPath>"`; `-g` grants all permissions that the package asks for.
 QString installLine(const Host& host, const QString& apkPath, bool grantPermissions);
 
-/// `<adb> install-multiple -r "<file>" ...`: a base with its splits, as one app.
-QString installSeveralLine(const Host& host, const QStringList& apkPaths);
+/// `<adb> install-multiple -r [-g] "<file>" ...`: a base with its splits, as one app.
+QString installSeveralLine(const Host& host, const QStringList& apkPaths, bool grantPermissions = false);
+
+/// `<adb> wait-for-device`: ends when the headset can be used.
+QString waitLine(const Host& host);
+
+/// `<adb> shell pm list packages --show-versioncode`: a line "package:NAME versionCode:BUILD" for each.
+QString packageBuildsLine(const Host& host);
+
+/// `<adb> shell "getprop ..."`: the headset's processors by preference, its density, and its languages, a
+/// line each.
+QString traitsLine(const Host& host);
 
 /// `<adb> uninstall <package>`: the package and its data.
 QString uninstallLine(const Host& host, const QString& package);

@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QSessionManager>
+#include <algorithm>
 
 #include "apk/icon_extraction.h"
 #include "apk/package_reader.h"
@@ -16,6 +18,10 @@
 #include "platform/command_text.h"
 #include "platform/tool_place.h"
 #include "platform/usb_devices.h"
+#include "queue/given_paths.h"
+#include "ui/file_drop.h"
+
+using namespace Qt::StringLiterals;
 
 namespace orvanta {
 
@@ -33,7 +39,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_apkinfo({m_bench, m_settings,
                  [this, endProcess = std::move(endProcess)] {
                    // Not before: the closing steps can end the very adb server that the next one needs.
-                   if (m_startsAnew) startAgain(m_bench.state.package.ApkPath);
+                   if (m_startsAnew) startAgain(m_nextText);
                    endProcess();
                  }}),
       m_Form2(&m_apkinfo),
@@ -42,7 +48,7 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_chooser(
           m_bench, m_settings, [this] { m_watcher.lookAnew(); }, &m_apkinfo),
       m_remedies(m_bench, {[this] { m_watcher.lookAnew(); }, [this] { m_chooser.choose(); },
-                           [this] { startAnew(); }, toolPlaces}),
+                           [this] { startAnew(m_bench.state.package.ApkPath); }, toolPlaces}),
       m_doctor(
           m_bench, [this](ConnectionAction action) { m_remedies.carryOut(action); },
           [] { return isDebuggablePluggedIn(); }, toolPlaces),
@@ -51,10 +57,22 @@ Application::Application(Desktop& desktop, std::function<void()> endProcess)
       m_Form1(m_bench.state, &m_apkinfo),
       m_devicePanel(m_bench, m_apkinfo),
       m_adbRow(m_bench, m_apkinfo),
+      m_queue(m_bench, [this] { m_chooser.choose(); }),
+      m_queueWindow(m_queue, desktop, &m_apkinfo),
       m_installedApps(m_bench, m_apkinfo),
       m_operations(m_bench, m_installedApps.window()),
       m_permissionManager(m_bench, m_installedApps.window()) {
   connectButtons();
+  for (QWidget* window : {static_cast<QWidget*>(&m_apkinfo), static_cast<QWidget*>(&m_queueWindow)}) {
+    const bool isQueue = window == &m_queueWindow;
+    new FileDrop(window, [this, isQueue](const QStringList& paths) {
+      if (isQueue) {
+        m_queue.add(paths);
+      } else {
+        takeDropped(paths);
+      }
+    });
+  }
   // Until the main window is shown, the splash shows a tool that takes long.
   showTools(m_bench.turn, m_Form9.busyStrip);
 }
@@ -74,8 +92,9 @@ void Application::connectButtons() {
 
 Application::~Application() = default;
 
-void Application::startAnew() {
+void Application::startAnew(const QString& text) {
   m_startsAnew = true;
+  m_nextText = text;
   m_apkinfo.close();
 }
 
@@ -91,7 +110,37 @@ void Application::endWithTheSession() {
                    Qt::DirectConnection);
 }
 
-void Application::start(const QString& commandText) {
+void Application::takeDropped(const QStringList& paths) {
+  const QString& first = paths.first();
+  const LoadedPackage& loaded = m_bench.state.package;
+  const bool isOnePackage =
+      paths.size() == 1 && first.endsWith(u".apk"_s, Qt::CaseInsensitive) && QFileInfo(first).isFile();
+  if (!isOnePackage) {
+    const bool onlyFiles = std::all_of(paths.begin(), paths.end(), [](const QString& path) {
+      return path.endsWith(u".obb"_s, Qt::CaseInsensitive);
+    });
+    // Expansion files alone are meant for the package that is there.
+    queue(onlyFiles && loaded.NoApkLoaded == 0 ? QStringList(loaded.ApkPath) + paths : paths);
+  } else if (loaded.NoApkLoaded == 1) {
+    startAnew(QDir::toNativeSeparators(first));
+  } else {
+    startAgain(QDir::toNativeSeparators(first));
+  }
+}
+
+void Application::queue(const QStringList& paths) {
+  m_queueWindow.show();
+  m_queueWindow.raise();
+  m_queueWindow.activateWindow();
+  m_queue.add(paths);
+}
+
+void Application::start(const QString& commandText, const QStringList& commandWords) {
+  m_toQueue = severalPaths(commandText, commandWords);
+  if (!m_toQueue.isEmpty()) {
+    showMainWindow(QString());
+    return;
+  }
   m_Form9.Form_Load(commandText, [this, commandText] { showMainWindow(commandText); });
 }
 
@@ -101,6 +150,7 @@ QCoro::Task<> Application::showMainWindow(QString commandText) {
   if (!loaded) co_return;
   m_apkinfo.show();
   m_apkinfo.activateWindow();
+  if (!m_toQueue.isEmpty()) queue(m_toQueue);
 }
 
 void Application::Command8_Click() {
@@ -112,11 +162,13 @@ QStringList Application::setRight(QString& commandText) {
 }
 
 QCoro::Task<> Application::showTip() {
+  if (!m_toQueue.isEmpty()) co_return;
   Form7 tip(m_settings);
   co_await tip.showModal();
 }
 
 QCoro::Task<> Application::runFirstRunDialog() {
+  if (!m_toQueue.isEmpty()) co_return;
   const auto entry = FileManagerEntry::create();
   co_await FirstRun({m_bench.desktop, m_settings, [this] { m_apkinfo.QuitProgram(); }}, *entry);
 }

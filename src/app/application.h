@@ -22,6 +22,7 @@
 #include "permissions/manifest_permissions.h"
 #include "permissions/permission_manager.h"
 #include "platform/end_requests.h"
+#include "queue/queue_window.h"
 
 namespace orvanta {
 
@@ -34,8 +35,12 @@ class Application : private StartupSteps {
 
   /// From now on the program closes in order when the system or the desktop session asks it to end.
   void endWithTheSession();
-  /// Starts with the raw text after the program's name: the path of a package, or nothing.
-  void start(const QString& commandText);
+  /// Starts with the raw text after the program's name: the path of a package, or nothing. Where it is no
+  /// path, and its words are several, these go to the queue.
+  void start(const QString& commandText, const QStringList& commandWords = {});
+  /// Takes what was dropped on the main window: one package takes the place of none, or gets a process of its
+  /// own; several, bundles and folders go to the queue.
+  void takeDropped(const QStringList& paths);
 
   Workbench& bench() { return m_bench; }
   apkinfo& mainWindow() { return m_apkinfo; }
@@ -44,11 +49,13 @@ class Application : private StartupSteps {
   DeviceWatcher& watcher() { return m_watcher; }
   DeviceChooser& deviceChooser() { return m_chooser; }
   Form9& splash() { return m_Form9; }
+  QueueWindow& queueWindow() { return m_queueWindow; }
 
  private:
   QCoro::Task<> showMainWindow(QString commandText);
   void connectButtons();
-  void startAnew();
+  void startAnew(const QString& text);
+  void queue(const QStringList& paths);
   void Command8_Click();
 
   QStringList setRight(QString& commandText) override;
@@ -61,6 +68,8 @@ class Application : private StartupSteps {
 
   std::unique_ptr<EndRequests> m_endRequests;
   bool m_startsAnew = false;
+  QString m_nextText;     // of the process that takes the place of this one
+  QStringList m_toQueue;  // at the start
   SettingsStore m_settings;
   Workbench m_bench;
   Form9 m_Form9;
@@ -76,6 +85,8 @@ class Application : private StartupSteps {
   Form1 m_Form1;
   DevicePanel m_devicePanel;
   AdbRow m_adbRow;
+  InstallQueue m_queue;
+  QueueWindow m_queueWindow;
   InstalledApps m_installedApps;
   AppOperations m_operations;
   // Its window is a child of the list's, so it is destroyed first.

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <optional>
 
@@ -25,6 +26,7 @@ enum ManifestField : size_t {
 /// The package file that the program was started with, and what it says about itself.
 struct LoadedPackage {
   QString ApkPath;      ///< the whole command-line text, unchanged
+  QStringList splits;   ///< further files that make one app with it, of a bundle
   QString ApkFileName;  ///< its file name
   int NoApkLoaded = 0;  ///< 1 when started with no text
   std::array<QString, 51> ManifestFields;

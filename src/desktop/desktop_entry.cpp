@@ -42,7 +42,7 @@ QString execValue(const QString& program) {
   // Some desktops look for the program before they undo the doubling, and would not find it. They find `env`,
   // which in turn takes a word with an equals sign for a variable.
   const bool throughEnv = program.contains(u'%') && !program.contains(u'=');
-  return (throughEnv ? u"env "_s : QString()) + escapedValue(u'"' + quoted + u"\" %f"_s);
+  return (throughEnv ? u"env "_s : QString()) + escapedValue(u'"' + quoted + u"\" %F"_s);
 }
 
 QString desktopEntry(const QString& program) {

@@ -1,5 +1,7 @@
 #include "install/expansion_files.h"
 
+#include "core/paths.h"
+
 using namespace Qt::StringLiterals;
 
 namespace orvanta {
@@ -14,6 +16,16 @@ void addEntry(ExpansionFileList& module, const QString& name, const QString& pat
 }
 
 }  // namespace
+
+PackageSurroundings surroundingsOf(const QString& apkPath, const QString& package) {
+  PackageSurroundings found;
+  found.ApkFolder = ParentPath(apkPath);
+  found.package = package;
+  const QString packageFolder = found.ApkFolder + HostStyle::native().separator + found.package;
+  found.hasPackageFolder = !found.ApkFolder.isEmpty() && FolderExists(packageFolder);
+  found.files = filesDirectlyIn(found.hasPackageFolder ? packageFolder : found.ApkFolder);
+  return found;
+}
 
 bool listExpansionFiles(const PackageSurroundings& found, const HostStyle& style, ExpansionFileList& module) {
   module.ObbFileCount = 0;

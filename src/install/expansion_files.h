@@ -19,6 +19,9 @@ struct PackageSurroundings {
   QStringList files;
 };
 
+/// Looks at the disk around the package file at `apkPath`.
+PackageSurroundings surroundingsOf(const QString& apkPath, const QString& package);
+
 /// Fills the expansion-file list. Every file of the package's own folder belongs to the package; beside the
 /// package file, files ending in obb, pak, zip or dle (with or without a dot) count, and only if one of them
 /// is an obb. Returns whether there is a reason to treat the list as expansion files (`ObbFound`).

@@ -31,16 +31,6 @@ int lastEntry(const ExpansionFileList& module) {
   return qMin(module.ObbFileCount, static_cast<qint32>(module.ObbFileNames.size()) - 1);
 }
 
-PackageSurroundings surroundingsOf(const LoadedPackage& package) {
-  PackageSurroundings found;
-  found.ApkFolder = ParentPath(package.ApkPath);
-  found.package = package.package();
-  const QString packageFolder = found.ApkFolder + HostStyle::native().separator + found.package;
-  found.hasPackageFolder = !found.ApkFolder.isEmpty() && FolderExists(packageFolder);
-  found.files = filesDirectlyIn(found.hasPackageFolder ? packageFolder : found.ApkFolder);
-  return found;
-}
-
 }  // namespace
 
 InstallWorkflow::InstallWorkflow(Workbench& bench, QWidget* window, std::function<void()> chooseDevice)
@@ -72,6 +62,37 @@ QCoro::Task<> InstallWorkflow::Command1_Click() {
   giveVerdict();
 }
 
+QCoro::Task<InstallRun> InstallWorkflow::installUnattended(Unattended wanted) {
+  m_attended = false;
+  {
+    const auto turn = m_bench.turn.begin();
+    if (!turn) co_return InstallRun();
+    lock();
+    scan();
+    for (const QString& path : wanted.files) addFile(path);
+    m_bench.state.expansionFiles.ObbSelectionConfirmed = true;
+    beginRun();
+    m_run.install = wanted.installed;
+    co_await installAndTransfer(m_bench.state.expansionFiles.ObbFileCount > 0);
+    co_await checkSizes();
+    unlock();
+    giveVerdict();
+  }
+  InstallRun run = m_run;
+  co_return run;
+}
+
+void InstallWorkflow::addFile(const QString& path) {
+  ExpansionFileList& module = m_bench.state.expansionFiles;
+  const QString name = BaseName(path);
+  const auto begin = module.ObbFileNames.begin();
+  if (std::find(begin, begin + lastEntry(module) + 1, name) != begin + lastEntry(module) + 1) return;
+  const auto entry = static_cast<size_t>(++module.ObbFileCount);
+  if (entry >= module.ObbFileNames.size()) return;
+  module.ObbFileNames[entry] = name;
+  module.ObbFilePaths[entry] = path;
+}
+
 void InstallWorkflow::beginRun() {
   const LoadedPackage& package = m_bench.state.package;
   const QString& name = package.ManifestFields[FieldVersionName];
@@ -79,6 +100,7 @@ void InstallWorkflow::beginRun() {
   m_run.package = package.package();
   m_run.version = name.isEmpty() ? package.versionCode() : name;
   m_run.packageBytes = QFileInfo(package.ApkPath).size();
+  for (const QString& path : package.splits) m_run.packageBytes += QFileInfo(path).size();
   m_placeInRun.clear();
   m_installReply.clear();
   m_deviceFolder.clear();
@@ -89,10 +111,13 @@ QCoro::Task<> InstallWorkflow::installAndTransfer(bool withFiles) {
   since.start();
   if (withFiles) noteFiles({});
   {
-    SendProgress progress(m_bench.turn, m_bench.objDOS, m_run.packageBytes + bytesToSend());
+    const qint64 packageBytes = m_run.install ? 0 : m_run.packageBytes;
+    SendProgress progress(m_bench.turn, m_bench.objDOS, packageBytes + bytesToSend());
     const QScopedValueRollback shown(m_progress, &progress);
-    const QString Reply = co_await runInstall();
-    if (withFiles) co_await ObbTransfer(Reply);
+    QString Reply = u"Success"_s;  // of an earlier try
+    if (!m_run.install) Reply = co_await runInstall();
+    const bool filesFollow = m_attended || m_run.install->kind == Outcome::Kind::Success;
+    if (withFiles && filesFollow) co_await ObbTransfer(Reply);
   }
   m_run.milliseconds = since.elapsed();
   co_await StorageReport(m_bench, m_bench.objDOS);
@@ -110,7 +135,8 @@ void InstallWorkflow::unlock() {
 }
 
 void InstallWorkflow::scan() {
-  const PackageSurroundings found = surroundingsOf(m_bench.state.package);
+  const LoadedPackage& package = m_bench.state.package;
+  const PackageSurroundings found = surroundingsOf(package.ApkPath, package.package());
   listExpansionFiles(found, HostStyle::native(), m_bench.state.expansionFiles);
   if (found.hasPackageFolder) m_bench.desktop.Beep();
 }
@@ -124,7 +150,7 @@ SendPlan InstallWorkflow::plan() const {
   plan.packageBytes = QFileInfo(package.ApkPath).size();
   if (package.package().isEmpty() || !isFitPackageName(package.package())) return plan;
   ExpansionFileList list;
-  listExpansionFiles(surroundingsOf(package), HostStyle::native(), list);
+  listExpansionFiles(surroundingsOf(package.ApkPath, package.package()), HostStyle::native(), list);
   plan.files = qMax(lastEntry(list), 0);
   for (int i = 1; i <= plan.files; ++i)
     plan.fileBytes += QFileInfo(list.ObbFilePaths[static_cast<size_t>(i)]).size();
@@ -155,7 +181,11 @@ QCoro::Task<bool> InstallWorkflow::selectFiles() {
 QCoro::Task<QString> InstallWorkflow::runInstall() {
   m_bench.say(designed(u"尝试连接设备以进行Orvanta，请稍候！"));
   co_await Pause(0.2);
-  const QString line = installLine(Host::current(), m_bench.state.package.ApkPath, m_bench.state.Grant);
+  const LoadedPackage& package = m_bench.state.package;
+  QString line = installLine(Host::current(), package.ApkPath, m_bench.state.Grant);
+  if (!package.splits.isEmpty())
+    line = installSeveralLine(Host::current(), QStringList(package.ApkPath) + package.splits,
+                              m_bench.state.Grant);
   m_progress->beginFile(m_run.packageBytes);
   const QString Reply = co_await m_bench.objDOS.ExecuteCommand(line);
   m_progress->endFile();
@@ -176,7 +206,7 @@ QCoro::Task<QString> InstallWorkflow::listDeviceFolder() {
 }
 
 bool InstallWorkflow::isChosen(int i) {
-  if (i > Form3::shownRows) return true;
+  if (!m_attended || i > Form3::shownRows) return true;
   return loadedSelection().Check1[static_cast<size_t>(i - 1)]->Value() == 0;
 }
 
@@ -191,10 +221,17 @@ void InstallWorkflow::noteFiles(const QString& Listing) {
     SentFile file;
     file.name = module.ObbFileNames[static_cast<size_t>(i)];
     file.bytes = QFileInfo(module.ObbFilePaths[static_cast<size_t>(i)]).size();
-    file.noteSkipped(Listing, listed);
+    isThere(file, Listing, listed);
     m_placeInRun[i] = m_run.files.size();
     m_run.files << file;
   }
+}
+
+/// Whether nothing is sent since the headset has the file, which is noted in it.
+bool InstallWorkflow::isThere(SentFile& file, const QString& Listing, const ListedFiles& listed) const {
+  file.noteSkipped(Listing, listed);
+  if (!m_attended && (file.differs() || file.missing)) file.skipped = file.missing = false;
+  return file.skipped;
 }
 
 qint64 InstallWorkflow::bytesToSend() const {
@@ -219,7 +256,10 @@ QCoro::Task<> InstallWorkflow::ObbTransfer(QString Reply) {
   for (int i = 1; i <= lastEntry(module); ++i) {
     if (isOnDevice(module.ObbFileNames[static_cast<size_t>(i)], Listing)) ++AlreadyOnDevice;
   }
-  if (AlreadyOnDevice == module.ObbFileCount || !module.ObbSelectionConfirmed) {
+  const bool allThere = m_attended ? AlreadyOnDevice == module.ObbFileCount
+                                   : std::all_of(m_run.files.begin(), m_run.files.end(),
+                                                 [](const SentFile& file) { return file.skipped; });
+  if (allThere || !module.ObbSelectionConfirmed) {
     m_bench.say(designed(u"跳过所有obb文件"));
     co_return;
   }
@@ -256,8 +296,7 @@ QCoro::Task<> InstallWorkflow::transferEntry(int i, bool removeOldFolder) {
   const QString Listing = co_await listDeviceFolder();
   if (m_bench.turn.stopped()) co_return;
   m_progress->beginFile(file.bytes);
-  if (isOnDevice(name, Listing)) {
-    file.noteSkipped(Listing, ListedFiles(Listing));
+  if (isThere(file, Listing, ListedFiles(Listing))) {
     m_progress->endFile();
     m_bench.say(designed(u"跳过的obb文件：") + QString(9, u' ') + name);
     co_return;

@@ -29,6 +29,15 @@ class InstallWorkflow : public QObject {
 
   QCoro::Task<> Command1_Click();
 
+  /// What a queue wants of one package.
+  struct Unattended {
+    QStringList files;                 ///< expansion files besides those beside the package
+    std::optional<Outcome> installed;  ///< the package has come over in an earlier try, whose files did not
+  };
+  /// The same steps with no question and no window. All files go along, but only with an installed package,
+  /// and one of another size on the headset is sent again, since an earlier try may have left it so.
+  QCoro::Task<InstallRun> installUnattended(Unattended wanted);
+
   /// The selection window, null while it is not loaded.
   Form3* selection() const { return m_Form3.get(); }
 
@@ -49,6 +58,8 @@ class InstallWorkflow : public QObject {
   bool isChosen(int i);
   void beginRun();
   void noteFiles(const QString& Listing);
+  void addFile(const QString& path);
+  bool isThere(SentFile& file, const QString& Listing, const ListedFiles& listed) const;
   SentFile& fileOf(int i) { return m_run.files[m_placeInRun.value(i)]; }
   qint64 bytesToSend() const;
   void giveVerdict();
@@ -58,6 +69,7 @@ class InstallWorkflow : public QObject {
   std::function<void()> m_chooseDevice;
   std::unique_ptr<Form3> m_Form3;
   bool m_unloadDue = false;
+  bool m_attended = true;
   InstallRun m_run;
   QMap<int, qsizetype> m_placeInRun;  // of a chosen entry in the run's files
   QString m_installReply;

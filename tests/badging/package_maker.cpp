@@ -29,21 +29,6 @@ QString makePackage(const QString& file, const QByteArray& manifest, const Packa
   return {};
 }
 
-bool writeParts(const QString& file, const PackageParts& parts, bool deflated) {
-  zip_t* archive = zip_open(QFile::encodeName(file).constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
-  if (!archive) return false;
-  for (auto part = parts.begin(); part != parts.end(); ++part) {
-    const QByteArray& content = part.value();
-    zip_source_t* source =
-        zip_source_buffer(archive, content.constData(), static_cast<zip_uint64_t>(content.size()), 0);
-    const zip_int64_t index =
-        zip_file_add(archive, part.key().toUtf8().constData(), source, ZIP_FL_ENC_UTF_8);
-    zip_set_file_compression(archive, static_cast<zip_uint64_t>(index),
-                             deflated ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 0);
-  }
-  return zip_close(archive) == 0;
-}
-
 QByteArray Badging::text() const {
   return "exit " + QByteArray::number(exitCode) + "\n" + lines.join('\n') + "\n" + errors.join('\n');
 }

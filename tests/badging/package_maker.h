@@ -15,9 +15,6 @@ using PackageParts = QMap<QString, QByteArray>;
 [[nodiscard]] QString makePackage(const QString& file, const QByteArray& manifest,
                                   const PackageParts& resources, const QStringList& moreArguments = {});
 
-/// Writes a package from parts, deflated or as they are. False on failure.
-bool writeParts(const QString& file, const PackageParts& parts, bool deflated = false);
-
 /// How a resource table writes down where its entries are, and the entries themselves. aapt writes the first
 /// only.
 enum class TableForm { Plain, Sparse, Offset16, Compact };

@@ -262,13 +262,13 @@ class TestBadging : public QObject {
     const QString file = path(u"forms.apk"_s);
     PackageParts parts = {{u"AndroidManifest.xml"_s, labelManifest()},
                           {u"resources.arsc"_s, makeTable(versions)}};
-    QVERIFY(writeParts(file, parts));
+    QVERIFY(writeArchive(file, parts));
     const Badging expected = test::badging(u"aapt"_s, file);
     QCOMPARE(expected.count("application-icon-"), 5);
     for (const TableForm form :
          {TableForm::Plain, TableForm::Sparse, TableForm::Offset16, TableForm::Compact}) {
       parts[u"resources.arsc"_s] = makeTable(versions, form);
-      QVERIFY(writeParts(file, parts, true));
+      QVERIFY(writeArchive(file, parts, true));
       QCOMPARE(test::badging(ours(), file).text(), expected.text());
     }
   }
@@ -307,9 +307,9 @@ class TestBadging : public QObject {
                                         {u"r/x.png"_s, one + QByteArray(70'000, 'x')},
                                         {u"r/x.xml"_s, "no picture"},
                                         {u"r/y.png"_s, one}}) {
-      QVERIFY(writeParts(file, {{u"AndroidManifest.xml"_s, labelManifest()},
-                                {u"resources.arsc"_s, makeTable({{.icon = u"r/x."_s + name.right(3)}})},
-                                {name, content}}));
+      QVERIFY(writeArchive(file, {{u"AndroidManifest.xml"_s, labelManifest()},
+                                  {u"resources.arsc"_s, makeTable({{.icon = u"r/x."_s + name.right(3)}})},
+                                  {name, content}}));
       QCOMPARE(iconIn(file), QByteArray());
     }
   }
@@ -324,8 +324,8 @@ class TestBadging : public QObject {
       QCOMPARE(iconIn(file), QByteArray());
     };
     const auto packed = [this](const PackageParts& some, bool deflated = false) {
-      return writeParts(path(u"broken.apk"_s), some, deflated) ? readFile(path(u"broken.apk"_s))
-                                                               : QByteArray();
+      return writeArchive(path(u"broken.apk"_s), some, deflated) ? readFile(path(u"broken.apk"_s))
+                                                                 : QByteArray();
     };
     const auto changed = [](QByteArray bytes, const QByteArray& from, const QByteArray& to) {
       return bytes.replace(bytes.lastIndexOf(from), to.size(), to);
@@ -389,8 +389,8 @@ class TestBadging : public QObject {
           {makeTable(versions), true},
           {makeTable(versions.mid(0, 5'000)), false}}) {
       const QString file = path(u"large.apk"_s);
-      QVERIFY(writeParts(file, {{u"AndroidManifest.xml"_s, labelManifest()}, {u"resources.arsc"_s, table}},
-                         refused));
+      QVERIFY(writeArchive(file, {{u"AndroidManifest.xml"_s, labelManifest()}, {u"resources.arsc"_s, table}},
+                           refused));
       QElapsedTimer timer;
       timer.start();
       const Badging result = test::badging(u"sh"_s, file, {u"-c"_s, kLimit, ours()});

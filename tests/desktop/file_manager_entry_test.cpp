@@ -50,12 +50,12 @@ class FileManagerEntryTest : public QObject {
 
   void awkwardFolders() {
     const std::pair<QString, QString> rows[] = {
-        {u" a  b=头显é;c&d#e* "_s, u"\"/ a  b=头显é;c&d#e* /o\" %f"_s},
-        {u"a\"b'c"_s, u"\"/a\\\\\"b'c/o\" %f"_s},
-        {u"50%f"_s, u"env \"/50%%f/o\" %f"_s},
-        {u"$HOME`id`"_s, u"\"/\\\\$HOME\\\\`id\\\\`/o\" %f"_s},
-        {u"a\\nb\\"_s, u"\"/a\\\\\\\\nb\\\\\\\\/o\" %f"_s},
-        {u"a\nb\tc"_s, u"\"/a\\nb\\tc/o\" %f"_s},
+        {u" a  b=头显é;c&d#e* "_s, u"\"/ a  b=头显é;c&d#e* /o\" %F"_s},
+        {u"a\"b'c"_s, u"\"/a\\\\\"b'c/o\" %F"_s},
+        {u"50%f"_s, u"env \"/50%%f/o\" %F"_s},
+        {u"$HOME`id`"_s, u"\"/\\\\$HOME\\\\`id\\\\`/o\" %F"_s},
+        {u"a\\nb\\"_s, u"\"/a\\\\\\\\nb\\\\\\\\/o\" %F"_s},
+        {u"a\nb\tc"_s, u"\"/a\\nb\\tc/o\" %F"_s},
     };
     for (const auto& [folder, exec] : rows) QCOMPARE(execValue(u'/' + folder + u"/o"_s), exec);
     if (isMissing(u"gio"_s) || isMissing(u"desktop-file-validate"_s))

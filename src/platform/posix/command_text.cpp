@@ -7,10 +7,14 @@
 
 namespace orvanta {
 
-QString commandText(int argc, const char* const* argv) {
+QStringList commandWords(int argc, const char* const* argv) {
   QStringList words;
   for (int i = 1; i < argc; ++i) words << QFile::decodeName(argv[i]);
-  return words.join(u' ');
+  return words;
+}
+
+QString commandText(int argc, const char* const* argv) {
+  return commandWords(argc, argv).join(u' ');
 }
 
 bool startAgain(const QString& text) {

@@ -5,7 +5,7 @@
 
 #include "platform/command_line.h"
 #include "platform/leftovers.h"
-#include "platform/posix/private_place.h"
+#include "platform/private_place.h"
 
 using namespace Qt::StringLiterals;
 

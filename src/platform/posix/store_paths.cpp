@@ -4,7 +4,7 @@
 #include <QStandardPaths>
 
 #include "platform/leftovers.h"
-#include "platform/posix/private_place.h"
+#include "platform/private_place.h"
 
 using namespace Qt::StringLiterals;
 

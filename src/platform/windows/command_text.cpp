@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <vector>
@@ -51,6 +53,15 @@ QString textBehindProgram(const QString& line, const QString& program) {
 
 QString commandText(int, const char* const*) {
   return textBehindProgram(QString::fromWCharArray(::GetCommandLineW()), modulePath());
+}
+
+QStringList commandWords(int, const char* const*) {
+  int count = 0;
+  wchar_t** const words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  QStringList found;
+  for (int i = 1; words != nullptr && i < count; ++i) found << QString::fromWCharArray(words[i]);
+  ::LocalFree(words);
+  return found;
 }
 
 bool startAgain(const QString& text) {
