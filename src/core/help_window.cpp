@@ -90,7 +90,7 @@ void Form2::showNames(bool shown) {
 
 void Form2::showEvent(QShowEvent* event) {
   turn->setChecked(false);
-  const int wide = turn->sizeHint().width();
+  const int wide = turn->sizeHint().width() + margin;
   turn->setGeometry(width() - margin - wide, top, wide, turnHeight);
   names->setGeometry(rect().adjusted(margin, top + turnHeight + top, -margin, -bottom));
   Form::showEvent(event);

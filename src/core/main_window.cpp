@@ -179,7 +179,7 @@ void apkinfo::showPackage() {
         u"1. 连接头显并戴上，允许 USB 调试。\n2. 右键单击 APK 文件，选择 Orvanta。\n3. 点击“安装”。"_s,
         u"1. Connect the headset, put it on, and allow USB debugging.\n2. Right-click an APK file and choose Orvanta.\n3. Press Install."_s};
     txtOutputs->setPlaceholderText(
-        inFace(greeting.chinese, greeting.english, greeting.chinese + u"\n\n"_s + greeting.english));
+        inFace(greeting.chinese, greeting.english, greeting.chinese + u'\n' + greeting.english));
     return;
   }
   const std::pair<Label*, QString> shown[] = {{Label5, package.ApkFileName},
