@@ -233,13 +233,14 @@ class MenuEntriesTest : public QObject {
     m_window->show();
     m_window->mnu_backup_apk->trigger();
     auto* stop = m_window->busyStrip->findChild<Button*>(u"busyStop"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(stop->isVisible() && onDesktop().contains(u"g.apk=12"_s), 10'000);
-    QTRY_VERIFY(
-        m_window->busyStrip->findChild<Label*>(u"busyText"_s)->Caption().contains(u"2 bytes / 5 bytes"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(stop->isVisible() && onDesktop().contains(u"g.apk=12"_s), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        m_window->busyStrip->findChild<Label*>(u"busyText"_s)->Caption().contains(u"2 bytes / 5 bytes"_s),
+        20'000);
     // A second entry is refused meanwhile.
     m_window->mnu_uninstall->trigger();
     QTest::mouseClick(stop, Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_main->bench.turn.taken(), 5'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_main->bench.turn.taken(), 20'000);
     QCOMPARE(onDesktop(), (QStringList{u"g.apk.partial=12"_s, u"g.apk=older"_s}));
     QVERIFY(desktop().boxTexts().last().startsWith(u"已停止 (Stopped)"_s));
     QVERIFY(!m_adb->calls().join(u' ').contains(u"uninstall"_s));
