@@ -1,5 +1,3 @@
-#include <zip.h>
-
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -30,7 +28,7 @@ class QueueReadersTest : public QObject {
     const GivenPaths found = readGiven({path(u"a.apk"_s), path(u"more"_s), path(u"main.1.com.x.obb"_s),
                                         path(u"x.txt"_s), path(u"absent.apk"_s), path(u"a.apk"_s)});
     const auto shortened = [this](QStringList paths) {
-      return paths.replaceInStrings(m_folder.path() + u'/', QString());
+      return paths.replaceInStrings(u"\\"_s, u"/"_s).replaceInStrings(m_folder.path() + u'/', QString());
     };
     QCOMPARE(shortened(found.packages),
              (QStringList{u"a.apk"_s, u"more/b 9.APK"_s, u"more/b 10.apk"_s, u"more/deep/c.xapk"_s}));
@@ -116,7 +114,9 @@ class QueueReadersTest : public QObject {
       QCOMPARE(readFile(unpacked.packages().value(0)), QByteArray(100'000, 'b'));
       QCOMPARE(readFile(unpacked.expansionFiles().value(0)), QByteArray("obb"));
       folder = QFileInfo(unpacked.packages().value(0)).path();
-      QVERIFY(!(QFileInfo(folder).permissions() & ~QFile::Permissions(0x7700)));
+      // On Windows the folder's place is the user's alone.
+      if (QSysInfo::productType() != u"windows"_s)
+        QVERIFY(!(QFileInfo(folder).permissions() & ~QFile::Permissions(0x7700)));
     }
     QVERIFY(!QFileInfo::exists(folder));
 
@@ -137,9 +137,11 @@ class QueueReadersTest : public QObject {
   void encrypted() {
     const QString file = path(u"locked.apks"_s);
     QVERIFY(writeArchive(file, {{u"base.apk"_s, "content"}}));
-    zip_t* archive = zip_open(QFile::encodeName(file).constData(), 0, nullptr);
-    QVERIFY(archive && zip_file_set_encryption(archive, 0, ZIP_EM_AES_256, "secret") == 0 &&
-            zip_close(archive) == 0);
+    // Only marked so, at the entry and in the directory: not every libzip can encrypt.
+    QByteArray marked = readFile(file);
+    marked[marked.indexOf("PK\3\4") + 6] |= '\1';
+    marked[marked.indexOf("PK\1\2") + 8] |= '\1';
+    QVERIFY(writeFile(file, marked));
     const QString told = chooseParts(readBundle(file).entries, {}).problem.english;
     QVERIFY2(told.contains(u"encrypted"_s), qPrintable(told));
   }
