@@ -32,7 +32,6 @@ constexpr int rounds = 3;
 /// A user who says yes.
 struct YesDesktop : Desktop {
   QCoro::Task<BoxAnswer> showBox(MessageBox) override { co_return BoxAnswer::Yes; }
-  QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
   QCoro::Task<QString> askSaveFile(SaveFileQuestion) override { co_return QString(); }
   QCoro::Task<QString> askFolder(QString) override { co_return QString(); }
   QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
