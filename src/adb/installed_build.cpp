@@ -19,4 +19,17 @@ bool knowsPackage(const QString& reply) {
   return reply.contains(u"Package ["_s);
 }
 
+QHash<QString, QString> buildsIn(const QString& reply) {
+  QHash<QString, QString> builds;
+  const QString before = u"package:"_s;
+  const QString between = u" versionCode:"_s;
+  for (const QString& line : reply.split(u'\n')) {
+    const QString text = line.trimmed();
+    const qsizetype at = text.indexOf(between);
+    if (text.startsWith(before) && at > 0)
+      builds[text.mid(before.size(), at - before.size())] = text.mid(at + between.size()).section(u' ', 0, 0);
+  }
+  return builds;
+}
+
 }  // namespace orvanta

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 namespace orvanta {
@@ -12,5 +13,9 @@ QString installedBuildIn(const QString& output);
 
 /// Whether a reply of `dumpsys package` is about a package at all.
 bool knowsPackage(const QString& reply);
+
+/// The build of each package in the reply to `pm list packages --show-versioncode`. Real line:
+///     package:com.example.game versionCode:83
+QHash<QString, QString> buildsIn(const QString& reply);
 
 }  // namespace orvanta

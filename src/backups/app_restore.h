@@ -5,27 +5,13 @@
 #include <QTimer>
 #include <functional>
 
-#include "adb/app_state.h"
-#include "backups/saved_app.h"
+#include "backups/restore_plan.h"
 #include "ui/desktop.h"
 
 namespace orvanta {
 
 class DOSOutputs;
 class Workbench;
-
-/// What a restore is going to do, and what has to be known before it does.
-struct RestorePlan {
-  SavedApp saved;
-  AppState onHeadset;
-
-  bool isDowngrade() const;
-  bool lacksRoom() const;
-  /// The headset has data of this app, which the saved data would go over.
-  bool meetsData() const;
-  /// All of it, for the user to say yes to.
-  QString text() const;
-};
 
 /// What came of one restore, or of one check.
 struct RestoreOutcome {

@@ -19,7 +19,6 @@ namespace orvanta {
 namespace {
 
 constexpr qint64 spareRoom = qint64{64} << 20;
-constexpr std::chrono::milliseconds wait{20};
 
 struct Discard {
   void operator()(zip_t* archive) const { zip_discard(archive); }
@@ -74,7 +73,7 @@ QCoro::Task<Bilingual> UnpackedBundle::unpack() {
   if (m_problem.english.isEmpty()) {
     m_thread.reset(QThread::create([this] { m_problem = unpackAll(); }));
     m_thread->start();
-    while (!m_thread->isFinished()) co_await Delay(wait);
+    co_await Ended(m_thread.get());
   }
   Bilingual problem = m_problem;
   co_return problem;

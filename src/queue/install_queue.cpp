@@ -7,6 +7,7 @@
 #include <QThread>
 #include <algorithm>
 
+#include "adb/installed_build.h"
 #include "adb/lines.h"
 #include "adb/replies.h"
 #include "adb/storage.h"
@@ -66,27 +67,12 @@ int triesAfter(const InstallRun& run) {
   return tries;
 }
 
-/// By package, from the reply to packageBuildsLine().
-QHash<QString, QString> buildsIn(const QString& reply) {
-  QHash<QString, QString> builds;
-  const QString before = u"package:"_s;
-  const QString between = u" versionCode:"_s;
-  for (const QString& line : reply.split(u'\n')) {
-    const QString text = line.trimmed();
-    const qsizetype at = text.indexOf(between);
-    if (text.startsWith(before) && at > 0)
-      builds[text.mid(before.size(), at - before.size())] = text.mid(at + between.size()).section(u' ', 0, 0);
-  }
-  return builds;
-}
-
 /// Looks into the folders on a thread of its own: they can be on a slow disk.
 QCoro::Task<GivenPaths> readInBackground(QStringList paths) {
   GivenPaths given;
   const std::unique_ptr<QThread> thread(QThread::create([&given, paths] { given = readGiven(paths); }));
   thread->start();
-  constexpr std::chrono::milliseconds wait{5};
-  while (!thread->isFinished()) co_await Delay(wait);
+  co_await Ended(thread.get());
   thread->wait();
   co_return given;
 }
