@@ -187,7 +187,8 @@ bool writeRecord(const QString& folder, const BackupManifest& manifest) {
   const QString place = folder + u'/' + recordName;
   QFile file(place + u".new"_s);
   const QByteArray text = manifestText(manifest);
-  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) return false;
+  // On a full disk only the flush fails, and the record that is there must stay.
+  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush()) return false;
   file.close();
   std::error_code failure;
   std::filesystem::rename(file.fileName().toStdU16String(), place.toStdU16String(), failure);

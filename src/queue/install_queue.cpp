@@ -1,18 +1,15 @@
 #include "queue/install_queue.h"
 
-#include <QBuffer>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QScopedValueRollback>
 #include <QThread>
 #include <algorithm>
+#include <utility>
 
 #include "adb/installed_build.h"
 #include "adb/lines.h"
 #include "adb/replies.h"
 #include "adb/storage.h"
-#include "apk/icon_entries.h"
-#include "apk/package_archive.h"
 #include "apk/package_reader.h"
 #include "core/paths.h"
 #include "install/expansion_files.h"
@@ -21,6 +18,7 @@
 #include "platform/awaited.h"
 #include "queue/bundle_unpacking.h"
 #include "queue/given_paths.h"
+#include "queue/package_icon.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,28 +28,7 @@ namespace {
 
 using Stage = QueueItem::Stage;
 
-constexpr qsizetype mostIconBytes = 16 << 20;
-constexpr int largestIcon = 4096;  // dots
-constexpr int shownIcon = 64;
 constexpr int mostTries = 5;
-
-QImage pictureIn(QByteArray content) {
-  QBuffer buffer(&content);
-  QImageReader reader(&buffer);
-  const QSize size = reader.size();
-  if (!size.isValid() || size.width() > largestIcon || size.height() > largestIcon) return {};
-  reader.setScaledSize(size.scaled(shownIcon, shownIcon, Qt::KeepAspectRatio));
-  return reader.read();
-}
-
-QImage iconOf(const QString& path, const QString& badgingIcon) {
-  const PackageArchive archive(path);
-  for (const QString& entry : iconEntries(badgingIcon)) {
-    const QImage icon = pictureIn(archive.read(entry, mostIconBytes).value_or(QByteArray()));
-    if (!icon.isNull()) return icon;
-  }
-  return {};
-}
 
 /// How often it is worth to be tried after it ended like this. A lost link is not always called so by adb.
 int triesAfter(const InstallRun& run) {
@@ -173,7 +150,7 @@ QCoro::Task<> InstallQueue::read() {
   {
     const auto turn = m_bench.turn.begin();
     for (qsizetype row = 0; row < std::ssize(m_items); ++row) {
-      if (item(row).state != Stage::Unread) continue;
+      if (item(row).state != Stage::Unread || m_bench.turn.stopped()) continue;
       if (isBundle(item(row).path)) {
         readBundleOf(item(row));
       } else {
@@ -190,6 +167,11 @@ QCoro::Task<> InstallQueue::read() {
         if (package.isEmpty() || each.fields[FieldPackage] != package) continue;
         each.files << file.files;
         each.bytes += QFileInfo(file.path).size();
+        // Otherwise it would never be sent.
+        if (each.hasEnded() && each.state != Stage::Unusable) {
+          each.state = Stage::Ready;
+          each.words = {};
+        }
         file.files.clear();
         break;
       }
@@ -217,11 +199,17 @@ QCoro::Task<> InstallQueue::readPackageOf(qsizetype row) {
   co_await readPackage(m_bench);
   QueueItem& read = item(row);
   read.fields = package.ManifestFields;
+  if (package.package().isEmpty() && m_bench.turn.stopped()) {
+    read.words = {u"没有读完，再次加入时会读取"_s,
+                  u"Not read to the end; it is read when it is added again"_s};
+    co_return;
+  }
   if (package.package().isEmpty()) {
     read.state = Stage::Unusable;
     read.words = {u"不是可读的安装包"_s, u"This is no readable package"_s};
     co_return;
   }
+  read.words = {};
   read.icon = iconOf(read.path, read.fields[FieldIcon]);
   read.bytes = QFileInfo(read.path).size();
   ExpansionFileList list;
@@ -296,6 +284,14 @@ QCoro::Task<> InstallQueue::start() {
   m_traits = {};
   m_throughBytes = m_doneBytes = m_allBytes = 0;
   Q_EMIT changed();
+  // What is known of one headset says nothing about another.
+  const QString& serial = m_main.state.headset().serial;
+  if (!serial.isEmpty() && serial != std::exchange(m_serial, serial)) {
+    for (QueueItem& each : m_items) {
+      each.onHeadset.reset();
+      each.installed.reset();
+    }
+  }
   const bool anyUnknown = std::any_of(m_items.begin(), m_items.end(), [](const QueueItem& each) {
     return each.state == Stage::Ready && !each.onHeadset;
   });
@@ -370,14 +366,17 @@ QCoro::Task<> InstallQueue::install(qsizetype row) {
 
 void InstallQueue::end(qsizetype row, const InstallRun& run) {
   if (m_skipsThis) {
-    set(row, Stage::Skipped, {u"已跳过"_s, u"Skipped"_s});
+    const bool there = item(row).installed.has_value();
+    set(row, there ? Stage::Partly : Stage::Skipped,
+        there ? Bilingual{u"已跳过：应用已安装，文件没有传完"_s,
+                          u"Skipped: the app is installed, but not all of its files are there"_s}
+              : Bilingual{u"已跳过"_s, u"Skipped"_s});
     return;
   }
   const Status verdict = verdictOn(run);
   Stage state = Stage::Failed;
   if (verdict.sign == Status::Sign::Good) state = Stage::Done;
   if (verdict.sign == Status::Sign::Warning) state = Stage::Partly;
-  item(row).bytes = qMax(item(row).bytes, qint64{0});
   set(row, state, verdict.sentence);
   // The next try begins with the package again where it may have changed meanwhile.
   if (state == Stage::Failed || state == Stage::Done) item(row).installed.reset();

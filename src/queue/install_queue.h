@@ -106,6 +106,7 @@ class InstallQueue : public QObject {
   std::vector<QueueItem> m_items;
   std::unique_ptr<UnpackedBundle> m_unpacked;
   HeadsetTraits m_traits;
+  QString m_serial;  // of the headset that the last start was for
   bool m_busy = false;
   bool m_stopped = false;
   bool m_skipsThis = false;

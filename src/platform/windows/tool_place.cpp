@@ -33,9 +33,11 @@ ToolPlacing placeTool(const QString& folder, const QString& programFolder) {
     const QString target = programFolder + u'/' + file;
     // The system renames a running program, and overwrites none.
     if (setAside(target) && QFile::copy(source + u'/' + file, target)) continue;
-    return {Outcome::NoRight,
-            u"copy \"%1\\{%2}\" \"%3\""_s.arg(QDir::toNativeSeparators(source), files.join(u", "_s),
-                                              QDir::toNativeSeparators(programFolder))};
+    QStringList commands;
+    for (const QString& each : files)
+      commands << u"copy \"%1\" \"%2\""_s.arg(QDir::toNativeSeparators(source + u'/' + each),
+                                              QDir::toNativeSeparators(programFolder));
+    return {Outcome::NoRight, commands.join(u" & "_s)};
   }
   return {};
 }
