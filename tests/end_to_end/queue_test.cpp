@@ -159,7 +159,7 @@ class QueueTest : public QObject {
     QVERIFY(isOver());
     headset().setFault(u"bytes_per_second"_s, u"200000"_s);
     QTest::mouseClick(window().cmdStart, Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(m_program->commands(u"install"_s).size() > 0, 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_program->commands(u"install"_s).isEmpty(), 20'000);
     window().table->selectRow(0);
     QTest::mouseClick(window().cmdSkip, Qt::LeftButton);
     QTRY_VERIFY(states().startsWith(u"已跳过"_s));
