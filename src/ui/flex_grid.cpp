@@ -350,7 +350,7 @@ bool FlexGrid::event(QEvent* event) {
 
 bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
   QWidget* header = horizontalHeader()->viewport();
-  const auto* mouse = static_cast<QMouseEvent*>(event);
+  const auto mouse = [event]() -> const QMouseEvent& { return *static_cast<QMouseEvent*>(event); };
   switch (watched == header || event->type() == QEvent::Wheel ? event->type() : QEvent::None) {
     case QEvent::Wheel: {
       auto* wheel = static_cast<QWheelEvent*>(event);
@@ -360,11 +360,11 @@ bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
     case QEvent::MouseMove:
-      pointAt(cellAt(header, mouse->position().toPoint()), mouse->buttons());
+      pointAt(cellAt(header, mouse().position().toPoint()), mouse().buttons());
       return false;
     case QEvent::MouseButtonPress:
-      if (mouse->button() == Qt::LeftButton) return false;
-      press(header, *mouse);
+      if (mouse().button() == Qt::LeftButton) return false;
+      press(header, mouse());
       return true;
     default:
       return QTableView::eventFilter(watched, event);
