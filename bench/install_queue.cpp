@@ -15,6 +15,7 @@
 #include "queue/queue_window.h"
 #include "sample_package.h"
 #include "testing/virtual_headset.h"
+#include "yes_desktop.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -23,18 +24,6 @@ namespace {
 
 constexpr qint64 longestStall = 50;  // milliseconds
 constexpr double mostMemory = 1.2;   // of what it was before
-
-struct YesDesktop : Desktop {
-  QCoro::Task<BoxAnswer> showBox(MessageBox) override { co_return BoxAnswer::Yes; }
-  QCoro::Task<QString> askSaveFile(SaveFileQuestion) override { co_return QString(); }
-  QCoro::Task<QString> askFolder(QString) override { co_return QString(); }
-  QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
-  void Beep() override {}
-  void notify(const QString&, const QString&) override {}
-  bool moveToWasteBin(const QString&) override { return false; }
-  void open(const QUrl&) override {}
-  void stopAsking() override {}
-};
 
 /// Makes a package of that size without holding it in memory.
 bool makeLarge(const QString& file, qint64 bytes) {

@@ -19,6 +19,7 @@
 #include "core/workbench.h"
 #include "sample_package.h"
 #include "testing/virtual_headset.h"
+#include "yes_desktop.h"
 
 using namespace Qt::StringLiterals;
 using namespace orvanta;
@@ -28,19 +29,6 @@ namespace {
 constexpr double mostForBackup = 1.10;
 constexpr double mostForRestore = 1.15;
 constexpr int rounds = 3;
-
-/// A user who says yes.
-struct YesDesktop : Desktop {
-  QCoro::Task<BoxAnswer> showBox(MessageBox) override { co_return BoxAnswer::Yes; }
-  QCoro::Task<QString> askSaveFile(SaveFileQuestion) override { co_return QString(); }
-  QCoro::Task<QString> askFolder(QString) override { co_return QString(); }
-  QCoro::Task<int> askChoice(ChoiceQuestion) override { co_return -1; }
-  void Beep() override {}
-  void notify(const QString&, const QString&) override {}
-  bool moveToWasteBin(const QString&) override { return false; }
-  void open(const QUrl&) override {}
-  void stopAsking() override {}
-};
 
 QString nameOf(int app) {
   return u"com.example.bench%1"_s.arg(app);

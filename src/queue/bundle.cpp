@@ -174,7 +174,7 @@ QList<Split> splitsIn(const QList<BundleEntry>& entries) {
   if (std::any_of(splits.begin(), splits.end(), [](const Split& split) { return split.isBase; }))
     return splits;
 
-  // The base bears its own name, the package's, or any at all where it is alone.
+  // The base is called base, or after the package; if it is the only package file, its name does not matter.
   QList<Split*> candidates;
   for (Split& split : splits)
     if (split.qualifier.kind == Qualifier::Kind::None) candidates << &split;
